@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string_view>
+
+#include "store/value.h"
+
+struct sqlite3;
+
+namespace store {
+
+/// Text order of the engine: without regard to case; accents, hyphens and apostrophes only break ties;
+/// trailing blanks after a non-blank character do not count. Zero only for texts that the engine's "=" calls
+/// equal. Comma-below ș/ț weigh the same as cedilla ş/ţ.
+int CompareText(std::string_view a, std::string_view b);
+
+/// LIKE as program statements have it: %, _, [a-f], [!a]. `star_too` adds "*" (Recordset.Find).
+bool Like(std::string_view text, std::string_view pattern, bool star_too = false);
+
+/// The engine's ROUND: scaled by 10^decimals in binary, then half to even. decimals 0 to 15.
+double RoundHalfEven(double value, int decimals);
+
+/// Name of the SQLite collation registered by RegisterFunctions.
+inline constexpr char kCollation[] = "DX";
+
+/// Registers the collation and every function that translated statements call (names begin with "dx_").
+void RegisterFunctions(sqlite3* db);
+
+}  // namespace store

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "session/session.h"
+
+namespace tariff {
+
+/// Chooses the tariff file valid for the period and (re)opens the tariff connection on it; a year of 0
+/// becomes the current year. The company connection's HS8 then reads that file too. Failures are shown and
+/// leave the connection as it was; answers whether the tariff is open for the period.
+bool ConexiuneTarif(session::Session& session, int& month, int& year);
+
+/// Description "|" supplementary unit "|" has-unit flag of an eight-digit code; "||" when it is not in the
+/// tariff. The description is cut to 250 characters. The code goes into the statement as it stands.
+std::string Cautare_Tarif(session::Session& session, std::string_view code);
+
+/// The lookup's text taken apart.
+struct TariffAnswer {
+  bool found = false;       ///< the text was longer than two characters
+  std::string description;  ///< blanks trimmed
+  std::string unit;
+  std::string flag;  ///< "1" or "0"
+};
+TariffAnswer SplitAnswer(std::string_view lookup);
+
+}  // namespace tariff
