@@ -1,0 +1,1 @@
+#include "store/connection.h"  // deliberately upward: the layering check must refuse it
