@@ -61,6 +61,7 @@ class Value {
 /// The system's shared empty-value test: Null, "" or a single blank.
 bool IsEmpty(const Value& value);
 inline bool IsEmpty(std::string_view text) { return text.empty() || text == " "; }
+inline bool IsEmpty(const std::string& text) { return IsEmpty(std::string_view(text)); }
 /// Its companions: an empty text gives the default; an empty or zero number gives the default.
 std::string TextOr(const Value& value, std::string_view otherwise);
 double NumberOr(const Value& value, double otherwise);
