@@ -49,7 +49,8 @@ class Files {
   virtual void Copy(std::string_view from, std::string_view to);         ///< atomically over an existing file
   virtual void Remove(std::string_view path);                            ///< a missing file is no error
   virtual void CreateFolders(std::string_view path);
-  virtual std::vector<std::string> List(std::string_view folder) const;  ///< bare names, sorted
+  /// Bare names of the plain files in a folder, sorted; a missing folder has none.
+  virtual std::vector<std::string> List(std::string_view folder) const;
 
  private:
   const Drives* drives_;
