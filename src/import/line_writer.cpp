@@ -1,0 +1,197 @@
+#include "import/line_writer.h"
+
+#include "calc/rates.h"
+#include "import/stored_rounding.h"
+#include "platform/encoding.h"
+
+namespace importer {
+namespace {
+
+constexpr std::size_t kPathCharacters = 255;
+constexpr std::size_t kFileNameCharacters = 50;
+
+/// Codes are written "8471.30-00", "8471 30 00" or with blanks behind; a no-break blank is one too.
+std::string BareCode(std::string_view text) {
+  std::string code;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == ' ' || text[i] == '.' || text[i] == '-') continue;
+    if (text.substr(i, 2) == "\xC2\xA0") {
+      ++i;
+      continue;
+    }
+    code += text[i];
+  }
+  return code;
+}
+
+store::Value Upper(const store::Value& value) {
+  return value.is_text() ? store::Value(platform::ToUpper(value.text())) : value;
+}
+
+}  // namespace
+
+LineWriter::LineWriter(session::Session& session, const Inputs& inputs, store::Recordset& sheet,
+                       store::Recordset& lines)
+    : session_(&session),
+      sheet_(&sheet),
+      lines_(&lines),
+      arrivals_(inputs.tip_operatiune.starts_with('I')),
+      data_receptiei_(lines.FieldIndex("DataReceptiei")),
+      cod_nc_(lines.FieldIndex("Cod_NC")),
+      descriere_nc_(lines.FieldIndex("Descriere_NC")),
+      cantitate_(lines.FieldIndex("Cantitate")),
+      valoare_valuta_(lines.FieldIndex("Valoare_Valuta")),
+      moneda_(lines.FieldIndex("Moneda")),
+      curs_schimb_(lines.FieldIndex("Curs_Schimb")),
+      val_fiscala_(lines.FieldIndex("Val_Fiscala")),
+      val_stat_(lines.FieldIndex("Val_Stat")),
+      tara_orig_(lines.FieldIndex("Tara_Orig")),
+      tara_exp_(lines.FieldIndex("Tara_Exp")),
+      tara_dest_(lines.FieldIndex("Tara_Dest")),
+      cod_ums_(lines.FieldIndex("Cod_UMS")),
+      val_ums_(lines.FieldIndex("Val_UMS")),
+      exista_ums_(lines.FieldIndex("Exista_UMS")) {
+  const int net = lines.FieldIndex("Net");
+  const int incoterms = lines.FieldIndex("Incoterms");
+  for (int from = 0; from < sheet.field_count(); ++from) {
+    const int to = lines.FieldIndex(sheet.field(from).name);
+    Treatment treatment = Treatment::kCopy;
+    if (to == cod_nc_) treatment = Treatment::kCode;
+    if (to == tara_orig_ || to == tara_exp_ || to == tara_dest_ || to == incoterms || to == moneda_) {
+      treatment = Treatment::kUpper;
+    }
+    if (to == val_fiscala_ || to == val_stat_ || to == net || to == valoare_valuta_) {
+      treatment = Treatment::kMoney;
+    }
+    if (to == curs_schimb_) treatment = Treatment::kRate;
+    copies_.push_back({from, to, treatment, lines.field(to).type == store::ColumnType::kYesNo});
+  }
+
+  const auto stamp = [&](const char* name, store::Value value) {
+    stamps_.emplace_back(lines.FieldIndex(name), std::move(value));
+  };
+  stamp("TIP", inputs.tip_operatiune.substr(0, 1));
+  stamp("Anul", inputs.Anul);
+  stamp("Luna", inputs.Luna);
+  stamp("Cod_Fiscal", inputs.Cod_Fiscal);
+  stamp("Data_Preluare", store::Date{platform::ToSerial(session.host.clock.Now())});
+  stamp("UserName", session.user_name.empty() ? std::string("N/A") : session.user_name);
+  stamp("SourceFile_FullPath", platform::Utf8Prefix(inputs.path, kPathCharacters));
+  stamp("SourceFile", platform::Utf8Prefix(platform::FileNameOf(inputs.path), kFileNameCharacters));
+  stamp("Probleme", 0);
+
+  const session::DefaultValues& defaults = session.defaults;
+  const auto preset = [&](int field, const std::string& value) {
+    if (!store::IsEmpty(value)) presets_.push_back({field, value});
+  };
+  preset(incoterms, platform::ToUpper(arrivals_ ? defaults.I_Incoterms : defaults.O_Incoterms));
+  preset(lines.FieldIndex("Mod_Transp"), arrivals_ ? defaults.I_Mod_Transp : defaults.O_Mod_Transp);
+  preset(lines.FieldIndex("Nat_Tranz"), arrivals_ ? defaults.I_Nat_Tranz : defaults.O_Nat_Tranz);
+  preset(arrivals_ ? tara_exp_ : tara_dest_,
+         platform::ToUpper(arrivals_ ? defaults.I_Tara_Exp : defaults.O_Tara_Dest));
+}
+
+std::string LineWriter::column() const { return field_ < 0 ? "" : lines_->field(field_).name; }
+
+void LineWriter::Set(int field, const store::Value& value) {
+  field_ = field;
+  lines_->Set(field, value);
+}
+
+void LineWriter::Fill() {
+  field_ = -1;
+  lines_->AddNew();
+  CopyFields();
+  for (const auto& [field, value] : stamps_) Set(field, value);
+  FillDefaults();
+  ConvertAtRate();
+  Set(arrivals_ ? tara_dest_ : tara_exp_, "RO");
+  if (!arrivals_ && store::IsEmpty(lines_->Get(tara_orig_))) Set(tara_orig_, "RO");
+  FillFromTariff();
+  field_ = -1;
+}
+
+void LineWriter::CopyFields() {
+  for (const Copy& copy : copies_) {
+    const store::Value value = sheet_->Get(copy.from);
+    if (value.is_null()) {
+      if (!copy.yes_no) Set(copy.to, value);
+      continue;
+    }
+    switch (copy.treatment) {
+      case Treatment::kCopy:
+        Set(copy.to, value);
+        break;
+      case Treatment::kCode:
+        Set(copy.to, BareCode(value.ToText()));
+        break;
+      case Treatment::kUpper:
+        Set(copy.to, Upper(value));
+        break;
+      case Treatment::kMoney:
+      case Treatment::kRate: {
+        const int decimals = copy.treatment == Treatment::kMoney ? 2 : 4;
+        Set(copy.to, value);  // a number written as text is converted here
+        const double stored = lines_->Get(copy.to).ToDouble();
+        const double rounded = RoundStored(stored, decimals);
+        if (rounded != stored) Set(copy.to, rounded);
+        break;
+      }
+    }
+  }
+}
+
+void LineWriter::FillDefaults() {
+  for (const Preset& preset : presets_) {
+    if (store::IsEmpty(lines_->Get(preset.field))) Set(preset.field, preset.value);
+  }
+}
+
+void LineWriter::ConvertAtRate() {
+  // A missing value counts as 0, so that sheets in a currency need no column in lei.
+  if (RoundStored(lines_->Get(val_fiscala_).ToDouble(), 0) != 0) return;
+  const store::Value currency = lines_->Get(moneda_);
+  if (currency.is_text() && currency.text() == "RON") return;
+  field_ = moneda_;
+  const double rate = Rate(currency, lines_->Get(data_receptiei_));
+  const double value = RoundStored(lines_->Get(valoare_valuta_).ToDouble() * rate, 2);
+  Set(curs_schimb_, rate);
+  Set(val_fiscala_, value);
+  Set(val_stat_, value);
+}
+
+void LineWriter::FillFromTariff() {
+  const tariff::TariffAnswer& answer = Lookup(lines_->Get(cod_nc_).ToText());
+  if (!answer.found) return;
+  Set(descriere_nc_, answer.description);
+  Set(cod_ums_, answer.unit);
+  const bool has_unit = answer.flag != "0";
+  Set(exista_ums_, has_unit);
+  if (has_unit) {
+    Set(val_ums_, RoundStored(lines_->Get(cantitate_).ToDouble(), 0));
+  } else {
+    Set(val_ums_, store::Null{});
+  }
+}
+
+double LineWriter::Rate(const store::Value& currency, const store::Value& date) {
+  const auto [known, is_new] =
+      rates_.try_emplace({currency.ToText(), date.is_null() ? -1.0 : date.ToDate().days}, 0.0);
+  if (is_new) {
+    try {
+      known->second = static_cast<double>(calc::Curs_Schimb(*session_, currency, date));
+    } catch (const store::Error&) {
+      rates_.erase(known);  // the next row asks, and is refused, again
+      throw;
+    }
+  }
+  return known->second;
+}
+
+const tariff::TariffAnswer& LineWriter::Lookup(const std::string& code) {
+  const auto [known, is_new] = tariff_answers_.try_emplace(code);
+  if (is_new) known->second = tariff::SplitAnswer(tariff::Cautare_Tarif(*session_, code));
+  return known->second;
+}
+
+}  // namespace importer

@@ -1,0 +1,66 @@
+#include "import/worksheet.h"
+
+#include "import/select_builder.h"
+#include "platform/spreadsheet/sheet.h"
+
+namespace importer {
+namespace {
+
+std::vector<ColumnRule> ReadRules(store::Connection& company, std::string_view Nume_Structura) {
+  store::Recordset rows = company.Query("SELECT * FROM [StructuraFisiereContinut] WHERE Nume_Structura ='" +
+                                        std::string(Nume_Structura) + "'");
+  std::vector<ColumnRule> rules;
+  for (; !rows.eof(); rows.MoveNext()) {
+    ColumnRule rule;
+    rule.Dest_ColumnName = rows["Dest_ColumnName"].ToText();
+    rule.Exista_Coloana = rows["Exista_Coloana"].ToBoolean();
+    const store::Value number = rows["Numar_Coloana"];
+    if (!number.is_null()) rule.Numar_Coloana = static_cast<int>(number.ToInteger());
+    rule.Valoare_Implicita = rows["Valoare_Implicita"].ToText();
+    rule.Marime_Maxima = rows["Marime_Maxima"].ToText();
+    rules.push_back(std::move(rule));
+  }
+  return rules;
+}
+
+}  // namespace
+
+store::Environment SourceEnvironment(session::Session& session) {
+  store::Environment environment;
+  environment.drives = &session.host.files.drives();
+  return environment;
+}
+
+Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::string_view sheet,
+                        std::string_view Nume_Structura) {
+  Worksheet result;
+  try {
+    store::Connection source(SourceEnvironment(session));
+    source.Open(store::ImportSheetString(path));
+    const store::Recordset heading_row = source.Query("SELECT TOP 1 * FROM [" + std::string(sheet) + "$]");
+    std::vector<std::string> headings;
+    for (int i = 0; i < heading_row.field_count(); ++i) headings.push_back(heading_row.field(i).name);
+
+    const std::vector<ColumnRule> rules = ReadRules(session.company, Nume_Structura);
+    if (rules.empty()) {
+      result.problem = "Macheta " + std::string(Nume_Structura) + " nu are nicio coloana";
+      return result;
+    }
+    const SelectText select = BuildSelect(rules, headings, sheet);
+    if (!select.problem.empty()) {
+      result.problem = select.problem;
+      return result;
+    }
+    result.rows = source.Query(select.statement);
+    if (result.rows.record_count() == 0) {
+      result.problem = "Foaia " + std::string(sheet) + " nu are nicio inregistrare sub capul de tabel";
+    }
+  } catch (const store::Error& error) {
+    result.problem = error.description();
+  } catch (const platform::spreadsheet::SheetError& error) {
+    result.problem = error.what();
+  }
+  return result;
+}
+
+}  // namespace importer
