@@ -85,14 +85,13 @@ class XlsWorkbook : public Workbook {
       try {
         XlsSheetReader(stream_, globals_).Read(candidate.offset, sink);
       } catch (const SheetError& error) {
-        throw SheetError(error.reason(), fmt::format("{}foaia \"{}\": {}", Prefix(file_name_), candidate.name,
-                                                     error.what()));
+        throw SheetError(error.reason(),
+                         fmt::format("{}foaia \"{}\": {}", Prefix(file_name_), candidate.name, error.what()));
       }
       return;
     }
-    throw SheetError(Reason::kNoSuchSheet,
-                     fmt::format("{}foaia \"{}\" nu exista; foile fisierului sunt: {}", Prefix(file_name_),
-                                 sheet, Names()));
+    throw SheetError(Reason::kNoSuchSheet, fmt::format("{}foaia \"{}\" nu exista; foile fisierului sunt: {}",
+                                                       Prefix(file_name_), sheet, Names()));
   }
 
   static std::string Prefix(const std::string& file_name) {
@@ -136,10 +135,10 @@ std::unique_ptr<Workbook> OpenXlsContent(std::string content) {
 std::unique_ptr<Workbook> OpenXls(const std::string& host_path) {
   const std::filesystem::path path(std::u8string(host_path.begin(), host_path.end()));
   const std::u8string bare = path.filename().u8string();
-  std::string file_name(bare.begin(), bare.end());
+  const std::string file_name(bare.begin(), bare.end());
   try {
     std::string stream = WorkbookStream(ReadWhole(path));
-    return std::make_unique<XlsWorkbook>(std::move(stream), std::move(file_name));
+    return std::make_unique<XlsWorkbook>(std::move(stream), file_name);
   } catch (const SheetError& error) {
     throw SheetError(error.reason(), XlsWorkbook::Prefix(file_name) + error.what());
   }

@@ -22,7 +22,6 @@ int CodePageNumber(std::uint16_t number) {
   return number;
 }
 
-
 class GlobalsReader {
  public:
   explicit GlobalsReader(std::string_view stream) : stream_(stream) {}
@@ -112,7 +111,8 @@ class GlobalsReader {
   void Resolve() {
     for (const std::uint16_t index : xf_formats_) {
       const auto stored = stored_formats_.find(index);
-      globals_.formats.push_back(stored != stored_formats_.end() ? stored->second : BuiltInNumberFormat(index));
+      globals_.formats.push_back(stored != stored_formats_.end() ? stored->second
+                                                                 : BuiltInNumberFormat(index));
     }
     for (const std::string_view data : raw_sheets_) {
       XlsGlobals::Sheet sheet;

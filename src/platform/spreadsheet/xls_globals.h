@@ -19,9 +19,9 @@ struct XlsGlobals {
   };
   bool biff8 = true;
   bool base_1904 = false;
-  int code_page = 1252;                ///< of the texts of BIFF5
-  std::vector<NumberFormat> formats;   ///< by index of the cell's XF record
-  std::vector<Sheet> sheets;           ///< worksheets only
+  int code_page = 1252;               ///< of the texts of BIFF5
+  std::vector<NumberFormat> formats;  ///< by index of the cell's XF record
+  std::vector<Sheet> sheets;          ///< worksheets only
   SharedStrings strings;
 
   NumberFormat FormatOf(std::uint16_t xf) const { return xf < formats.size() ? formats[xf] : NumberFormat(); }

@@ -15,15 +15,14 @@ using biff::Record;
 using biff::RecordReader;
 
 constexpr std::uint16_t kColumns = 256;
-constexpr double kDays1904 = 1462;       // between 1899-12-30 and 1904-01-01
-constexpr double kLastDate = 2958465;    // 9999-12-31
-constexpr double kPhantomDay = 60;       // the 29th of February 1900 that these files count
-constexpr std::size_t kCellHead = 6;     // row, column, XF: 16 bits each
+constexpr double kDays1904 = 1462;     // between 1899-12-30 and 1904-01-01
+constexpr double kLastDate = 2958465;  // 9999-12-31
+constexpr double kPhantomDay = 60;     // the 29th of February 1900 that these files count
+constexpr std::size_t kCellHead = 6;   // row, column, XF: 16 bits each
 
 [[noreturn]] void DamagedCell(const CellEvent& cell, const char* what) {
-  throw SheetError(SheetError::Reason::kDamaged,
-                   fmt::format("foaia este deteriorata la randul {}, coloana {}: {}", cell.row + 1,
-                               cell.column + 1, what));
+  throw SheetError(SheetError::Reason::kDamaged, fmt::format("este deteriorata la randul {}, coloana {}: {}",
+                                                             cell.row + 1, cell.column + 1, what));
 }
 
 // Payload that a record of this kind has at least; 0 for records that hold no value of a cell.
@@ -90,13 +89,13 @@ void XlsSheetReader::Collect(std::size_t offset) {
   RecordReader reader(stream_, offset);
   Record record;
   if (!reader.Next(record) || record.id != biff::kBof) {
-    throw SheetError(SheetError::Reason::kDamaged, "foaia nu se gaseste la locul ei in fisier");
+    throw SheetError(SheetError::Reason::kDamaged, "nu se gaseste la locul ei in fisier");
   }
   cells_.clear();
   bool ordered = true;
   for (int depth = 1; depth > 0;) {
     if (!reader.Next(record)) {
-      throw SheetError(SheetError::Reason::kDamaged, "foaia este trunchiata, lipseste sfarsitul ei");
+      throw SheetError(SheetError::Reason::kDamaged, "este trunchiata, lipseste sfarsitul ei");
     }
     // A chart drawn on the sheet is a substream of its own inside the sheet's.
     if (record.id == biff::kBof) ++depth;
@@ -124,9 +123,8 @@ void XlsSheetReader::Collect(std::size_t offset) {
   std::stable_sort(cells_.begin(), cells_.end(),
                    [&](const CellRecord& a, const CellRecord& b) { return key(a) < key(b); });
   // Of a cell written twice the later record holds.
-  const auto end = std::unique(cells_.rbegin(), cells_.rend(), [&](const CellRecord& a, const CellRecord& b) {
-    return key(a) == key(b);
-  });
+  const auto end = std::unique(cells_.rbegin(), cells_.rend(),
+                               [&](const CellRecord& a, const CellRecord& b) { return key(a) == key(b); });
   cells_.erase(cells_.begin(), end.base());
 }
 
