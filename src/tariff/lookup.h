@@ -7,6 +7,10 @@
 
 namespace tariff {
 
+/// Condition of the InsCodeVersions rows of a period. Year and month are compared separately, not as one
+/// period: the version rows are laid out for it.
+std::string VersionCondition(int year, int month);
+
 /// Chooses the tariff file valid for the period and (re)opens the tariff connection on it; a year of 0
 /// becomes the current year. The company connection's HS8 then reads that file too. Failures are shown and
 /// leave the connection as it was; answers whether the tariff is open for the period.

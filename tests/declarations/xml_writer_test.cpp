@@ -1,0 +1,243 @@
+#include "declarations/xml_writer.h"
+
+#include <gtest/gtest.h>
+
+#include "declarations/review.h"
+
+namespace declarations {
+namespace {
+
+const Identity kArrivals{"I", "RO123456", 2016, 3};
+
+Identity Dispatches(int year) { return {"O", "RO123456", year, 11}; }
+
+std::string Lines(std::initializer_list<std::string_view> lines) {
+  std::string text;
+  for (const std::string_view line : lines) text.append(line).append("\r\n");
+  return text;
+}
+
+Item SampleItem() {
+  Item item;
+  item.Cod_NC = "84713000";
+  item.Nat_Tranz = "1.1";
+  item.Incoterms = "CPT";
+  item.Mod_Transp = "3";
+  item.Tara_Orig = "CN";
+  item.Tara_Exp = "DE";
+  item.Tara_Dest = "IT";
+  item.Cod_UMS = "p/st";
+  item.Country_VAT_ID = "IT";
+  item.VAT_ID1 = "00743110157";
+  item.Val_Fiscala1 = 12.5;
+  item.Val_Stat1 = 13.5;
+  item.Net1 = 12.49;
+  item.Val_UMS1 = 4;
+  return item;
+}
+
+TEST(XmlNames, FileNameFollowsFlowAndKindAndKeepsTheMonthUnpadded) {
+  EXPECT_EQ(DeclarationFileName("RO123456", {"I", "", 2016, 10}, Kind::kNew), "0000123456_A_201610.xml");
+  EXPECT_EQ(DeclarationFileName("RO123456", kArrivals, Kind::kRevised), "0000123456_AR_20163.xml");
+  EXPECT_EQ(DeclarationFileName("RO123456", Dispatches(2016), Kind::kNew), "0000123456_D_201611.xml");
+  EXPECT_EQ(DeclarationFileName("RO123456", Dispatches(2016), Kind::kRevised), "0000123456_DR_201611.xml");
+  EXPECT_EQ(DeclarationFileName("RO98765", {"O", "", 2017, 2}, Kind::kNil), "0000098765_DN_20172.xml");
+  EXPECT_EQ(DeclarationFileName("RO98765", kArrivals, Kind::kNil), "0000098765_AN_20163.xml");
+}
+
+TEST(XmlNames, FiscalCodesArePaddedButNeverCut) {
+  EXPECT_EQ(PaddedFiscalCode("1234567890"), "1234567890");
+  EXPECT_EQ(PaddedFiscalCode("123456789012"), "123456789012");
+  EXPECT_EQ(PaddedFiscalCode("RORO12"), "0000000012");
+  EXPECT_EQ(FiledName("A & B!"), "A - B-");
+  EXPECT_EQ(KindOf("N-Noua"), Kind::kNew);
+  EXPECT_EQ(KindOf("C-Corectie"), Kind::kRevised);
+  EXPECT_EQ(KindOf(""), Kind::kRevised);
+}
+
+TEST(XmlWriter, HeadOfAFileWithPlaceholdersAndDeclaringAgent) {
+  XmlWriter writer(kArrivals, Kind::kNew, false);
+  writer.Prologue();
+  writer.OpenRoot();
+  writer.Versions({{"CountryVer", "2022"}, {"UnitVer", "1"}});
+  Header header;
+  header.TXT_CodFiscal = "RO123456";
+  header.TXT_NumeCompanie = "Ulei & Floarea-soarelui Mureș";
+  header.TXT_Nume_Prenume = "Contact";
+  header.TXT_Nume_Pers = " ";
+  header.TXT_Tel = "0265 000 000";
+  header.Check_Dec_Tert = true;
+  header.TXT_CUI_Dec = "RO77";
+  header.TXT_Nume_Dec = "Agent";
+  header.TXT_Strada_Dec = "Livezii";
+  header.TXT_Nr_Dec = "4";
+  header.TXT_Sect_Dec = "2";
+  header.TXT_Judet_Dec = "MS";
+  header.TXT_Oras_Dec = "114328";
+  writer.DeclarationHeader(header, "-12T12:10:10.625+02:00");
+  writer.CloseRoot();
+  EXPECT_EQ(writer.text(),
+            Lines({R"(<?xml version="1.0" encoding="UTF-8" ?>)",
+                   R"(<InsNewArrival SchemaVersion="1.0" xmlns="http://www.intrastat.ro/xml/InsSchema">)",
+                   "<InsCodeVersions>",
+                   "         <CountryVer>2022</CountryVer>",
+                   "         <UnitVer>1</UnitVer>",
+                   "",
+                   "</InsCodeVersions>",
+                   "    <InsDeclarationHeader>",
+                   "        <VatNr>0000123456</VatNr>",
+                   "        <FirmName>Ulei - Floarea-soarelui Mureș</FirmName>",
+                   "        <RefPeriod>2016-03</RefPeriod>",
+                   "        <CreateDt>2016-03-12T12:10:10.625+02:00</CreateDt>",
+                   "        <ContactPerson>",
+                   "               <LastName>Contact</LastName>",
+                   "               <FirstName>FIRST NAME</FirstName>",
+                   "               <Email>EMAIL</Email>",
+                   "               <Phone>0265 000 000</Phone>",
+                   "               <Fax>FAX</Fax>",
+                   "               <Position>FUNCTIE</Position>",
+                   "        </ContactPerson>",
+                   "        <DTPDetails>",
+                   "        <VatNr>0000000077</VatNr>",
+                   "        <FirmName>Agent</FirmName>",
+                   "        <DTPAddress>",
+                   "        <Street>Livezii</Street>",
+                   "        <StreetNumber>4</StreetNumber>",
+                   "        <Block></Block>",
+                   "        <Stairs></Stairs>",
+                   "        <Apartment></Apartment>",
+                   "        <LocalityCode>114328</LocalityCode>",
+                   "        <CountyCode>MS</CountyCode>",
+                   "        <PostalCode></PostalCode>",
+                   "        </DTPAddress>",
+                   "        </DTPDetails>",
+                   "    </InsDeclarationHeader>",
+                   "</InsNewArrival>"}));
+}
+
+TEST(XmlWriter, AgentWithoutCountyLosesTheLocalityToo) {
+  XmlWriter writer(kArrivals, Kind::kNil, false);
+  Header header;
+  header.Check_Dec_Tert = true;
+  header.TXT_Oras_Dec = "114328";
+  writer.DeclarationHeader(header, "-12T16:23:35.625+02:00");
+  EXPECT_EQ(writer.text().find("LocalityCode"), std::string::npos);
+  EXPECT_EQ(writer.text().find("CountyCode"), std::string::npos);
+}
+
+TEST(XmlWriter, ArrivalItem) {
+  XmlWriter writer(kArrivals, Kind::kNew, true);
+  writer.AddItem(SampleItem());
+  EXPECT_EQ(
+      writer.text(),
+      Lines(
+          {R"(        <InsArrivalItem OrderNr="1">)", "                <Cn8Code>84713000</Cn8Code>",
+           "                <InvoiceValue>13</InvoiceValue>",
+           "                <StatisticalValue>14</StatisticalValue>", "                <NetMass>12</NetMass>",
+           "                <NatureOfTransactionACode>1</NatureOfTransactionACode>",
+           "                <NatureOfTransactionBCode>1.1</NatureOfTransactionBCode>",
+           "                <DeliveryTermsCode>CPT</DeliveryTermsCode>",
+           "                <ModeOfTransportCode>3</ModeOfTransportCode>",
+           "                <CountryOfOrigin>CN</CountryOfOrigin>", "                <InsSupplUnitsInfo>",
+           "                      <SupplUnitCode>p/st</SupplUnitCode>",
+           "                      <QtyInSupplUnits>4</QtyInSupplUnits>",
+           "                </InsSupplUnitsInfo>",
+           "                <CountryOfConsignment>DE</CountryOfConsignment>", "        </InsArrivalItem>"}));
+}
+
+TEST(XmlWriter, DispatchesNameOriginAndPartnerFrom2015) {
+  Item item = SampleItem();
+  item.Cod_UMS = "";
+  XmlWriter before(Dispatches(2014), Kind::kNew, false);
+  before.AddItem(item);
+  EXPECT_EQ(before.text(),
+            Lines({R"(        <InsDispatchItem OrderNr="1">)", "                <Cn8Code>84713000</Cn8Code>",
+                   "                <InvoiceValue>13</InvoiceValue>", "                <NetMass>12</NetMass>",
+                   "                <NatureOfTransactionACode>1</NatureOfTransactionACode>",
+                   "                <NatureOfTransactionBCode>1.1</NatureOfTransactionBCode>",
+                   "                <DeliveryTermsCode>CPT</DeliveryTermsCode>",
+                   "                <ModeOfTransportCode>3</ModeOfTransportCode>",
+                   "                <CountryOfDestination>IT</CountryOfDestination>",
+                   "        </InsDispatchItem>"}));
+  XmlWriter from(Dispatches(2015), Kind::kNew, false);
+  from.AddItem(item);
+  EXPECT_NE(from.text().find(Lines({"                <CountryOfOrigin>CN</CountryOfOrigin>",
+                                    "                <CountryOfDestination>IT</CountryOfDestination>",
+                                    "                <PartnerCountryCode>IT</PartnerCountryCode>",
+                                    "                <PartnerVatNr>00743110157</PartnerVatNr>"})),
+            std::string::npos);
+}
+
+TEST(XmlWriter, SecondCodeOfTheTransactionIsTheWholeValueOrLeftOut) {
+  const auto codes = [](std::string_view nature) {
+    Item item = SampleItem();
+    item.Nat_Tranz = nature;
+    XmlWriter writer(kArrivals, Kind::kNew, false);
+    writer.AddItem(item);
+    const std::string& text = writer.text();
+    const std::size_t from = text.find("<NatureOfTransactionACode>");
+    return text.substr(from, text.find("                <DeliveryTermsCode>") - from);
+  };
+  const std::string b = "                <NatureOfTransactionBCode>";
+  EXPECT_EQ(codes("11"), Lines({"<NatureOfTransactionACode>1</NatureOfTransactionACode>",
+                                b + "11</NatureOfTransactionBCode>"}));
+  EXPECT_EQ(codes("10"), Lines({"<NatureOfTransactionACode>1</NatureOfTransactionACode>"}));
+  EXPECT_EQ(codes("1"), Lines({"<NatureOfTransactionACode>1</NatureOfTransactionACode>",
+                               b + "1</NatureOfTransactionBCode>"}));
+  EXPECT_EQ(codes("1."), Lines({"<NatureOfTransactionACode>1</NatureOfTransactionACode>"}));
+}
+
+std::string Found(const Review& review) { return FindingsText(review.findings(), 100); }
+
+TEST(Review, NamesWhatTheInstituteWouldRefuseInTheHeader) {
+  Header header;
+  header.TXT_CodFiscal = "RO12X";
+  header.TXT_NumeCompanie = "A & B";  // filed as "A - B"
+  header.TXT_Nume_Prenume = "LAST NAME";
+  header.TXT_Nume_Pers = "Prenume";
+  header.TXT_Email = "a<b";
+  header.TXT_Tel = "1";
+  header.TXT_Fax = "1";
+  header.TXT_PozitieCompanie = "contabil";
+  header.Check_Dec_Tert = true;
+  header.TXT_CUI_Dec = "12345678901";
+  header.TXT_Nume_Dec = "C & D";
+  header.TXT_Strada_Dec = "Livezii";
+  header.TXT_Judet_Dec = "MS";
+  Review review;
+  review.LookAt(header);
+  EXPECT_EQ(Found(review),
+            "TXT_CodFiscal: codul fiscal nu are zece cifre: 000000012X\r\n"
+            "TXT_Nume_Prenume: are doar textul implicit LAST NAME\r\n"
+            "TXT_Nume_Pers: are doar textul implicit Prenume\r\n"
+            "TXT_Email: contine & sau <, fisierul nu ar fi XML valid\r\n"
+            "TXT_CUI_Dec: codul fiscal nu are zece cifre: 12345678901\r\n"
+            "TXT_Nume_Dec: contine & sau <, fisierul nu ar fi XML valid\r\n"
+            "TXT_Oras_Dec: nu este completat pentru declarantul tert");
+}
+
+TEST(Review, NamesItemsThatWouldBeZero) {
+  Item item = SampleItem();
+  Review clean;
+  clean.LookAt(item, 1, true, true);
+  EXPECT_TRUE(clean.findings().empty());
+
+  item.Net1 = 0.49;
+  item.Val_Stat1 = 0;
+  item.Val_UMS1 = 0.4;
+  Review review;
+  review.LookAt(item, 7, false, false);  // the statistical value is not filed
+  EXPECT_EQ(Found(review),
+            "pozitia 7 (84713000): masa neta ar fi 0 sau negativa dupa rotunjire\r\n"
+            "pozitia 7 (84713000): cantitatea suplimentara ar fi 0 sau negativa dupa rotunjire");
+  item.Net1 = 0.5;  // halves go up
+  item.Cod_UMS = "";
+  item.VAT_ID1 = "";
+  Review partner;
+  partner.LookAt(item, 7, false, true);
+  EXPECT_EQ(Found(partner), "pozitia 7 (84713000): codul de TVA al partenerului nu este complet");
+  EXPECT_EQ(FindingsText({{"a", "x"}, {"b", "y"}, {"c", "z"}}, 1), "a: x\r\n... si inca 2");
+}
+
+}  // namespace
+}  // namespace declarations
