@@ -55,6 +55,9 @@ class Session {
   void ReadSettings(std::string_view app_path);
 };
 
+/// What a further connection of this session needs (links resolve against the setting `DataBase`).
+store::Environment StoreEnvironment(Session& session);
+
 /// Opens the common connection unless it is open. Throws store::Error.
 void OpenCommonConnection(Session& session);
 /// Opens the company connection on the company's file unless it is open.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <charconv>
+#include <functional>
+#include <string>
 #include <string_view>
 
 #include "store/value.h"
@@ -21,6 +24,24 @@ double RoundHalfEven(double value, int decimals);
 
 /// Name of the SQLite collation registered by RegisterFunctions.
 inline constexpr char kCollation[] = "DX";
+
+/// Where NOW, DATE and TIME take the moment from, in days since 1899-12-30; an empty function restores the
+/// system's local time. Process-wide, so that tests fix it.
+void SetFunctionClock(std::function<double()> now);
+
+/// What a failing function leaves as SQLite's error message: "dx:<number>:<description>".
+inline constexpr std::string_view kFunctionErrorPrefix = "dx:";
+
+/// Takes such a message apart; false where it is one of SQLite's own.
+inline bool ParseFunctionError(std::string_view message, int& number, std::string& description) {
+  if (message.substr(0, kFunctionErrorPrefix.size()) != kFunctionErrorPrefix) return false;
+  message.remove_prefix(kFunctionErrorPrefix.size());
+  const char* end = message.data() + message.size();
+  auto [stop, failure] = std::from_chars(message.data(), end, number);
+  if (failure != std::errc() || stop == end || *stop != ':') return false;
+  description.assign(stop + 1, end);
+  return true;
+}
 
 /// Registers the collation and every function that translated statements call (names begin with "dx_").
 void RegisterFunctions(sqlite3* db);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -65,6 +66,18 @@ inline bool IsEmpty(const std::string& text) { return IsEmpty(std::string_view(t
 /// Its companions: an empty text gives the default; an empty or zero number gives the default.
 std::string TextOr(const Value& value, std::string_view otherwise);
 double NumberOr(const Value& value, double otherwise);
+
+/// A number written in text: blanks around it, a sign, a decimal point and an exponent are allowed, nothing
+/// else.
+std::optional<double> ParseNumber(std::string_view text);
+/// A date, a time or both in text: day first ("5.3.2026", "5/3/2026"; day and month change places where only
+/// that makes a date) or year first ("2026-03-05"), then "hh:mm[:ss][ AM|PM]". Years 00 to 49 are 20xx, 50 to
+/// 99 are 19xx.
+std::optional<Date> ParseDate(std::string_view text);
+/// "dd.mm.yyyy", followed by " hh:mm:ss" where there is a time; a time alone where the day is 0.
+std::string DateText(Date date);
+/// As the engine shows a double: at most 15 digits, shortest, with a decimal point where it needs one.
+std::string DoubleText(double value);
 
 /// A number as statement text: shortest form that reads back exactly, always with a decimal point.
 std::string NumberText(double value);

@@ -13,11 +13,14 @@ namespace platform::spreadsheet {
 /// The type that the worksheet driver gives a whole column.
 enum class ColumnKind : std::uint8_t { kNumber, kDate, kText, kBoolean };
 
-/// One typed value of a column; 16 bytes, texts live in the table's arena.
+/// One typed value of a column; 16 bytes, texts live in the table's arena. Dates are days since 1899-12-30,
+/// booleans -1 and 0.
 struct Cell {
   enum class Kind : std::uint8_t { kNull, kNumber, kText };
   Kind kind = Kind::kNull;
-  std::uint32_t length = 0;  ///< bytes of a text
+  CellKind source = CellKind::kEmpty;  ///< what the worksheet had, before its column's type was known
+  std::uint8_t zero_pad = 0;           ///< digits of the cell's own zero-padding format, else 0
+  std::uint32_t length = 0;            ///< bytes of a text
   union {
     double number;
     const char* text;
@@ -30,34 +33,49 @@ struct Column {
   std::string name;  ///< heading fitted for the dialect: "." is "#", "!" is "_", brackets are parentheses,
                      ///< line ends blanks
   ColumnKind kind = ColumnKind::kText;
-  int size = 255;  ///< characters, for text
+  int size = 255;  ///< characters, for text; 0 for a memo, a column with a text of more than 255
+  /// Digits to which a number of this column is padded when it becomes text, as NumberToText does: the widest
+  /// of the cells' zero-padding formats where all of them have one, else 0.
+  std::uint8_t zero_pad = 0;
 };
 
 /// A source (worksheet or delimited file) read whole into typed columns: what the drivers show as a table.
 ///
 /// With headings, the first row names the columns: a blank heading is F and its 1-based number, a repeated
-/// one gets a number behind it. Trailing empty rows and columns do not count.
+/// one gets a number behind it. A worksheet's table is its used range: it starts at the first row and the
+/// first column that hold a value and ends at the last ones. There is always at least one column.
 class Table {
  public:
   const std::vector<Column>& columns() const { return columns_; }
-  std::size_t row_count() const { return row_count_; }
-  const Cell& at(std::size_t row, std::size_t column) const { return cells_[row * columns_.size() + column]; }
+  std::size_t row_count() const { return rows_.size(); }
+  const Cell& at(std::size_t row, std::size_t column) const {
+    const Row& cells = rows_[row];
+    return column < cells.width ? cells.first[column] : null_;
+  }
 
  private:
   friend class TableBuilder;
+  struct Row {
+    Cell* first = nullptr;
+    std::size_t width = 0;  ///< cells up to the row's last value; those behind are Null
+  };
   std::vector<Column> columns_;
-  std::vector<Cell> cells_;
-  std::size_t row_count_ = 0;
+  std::vector<Row> rows_;
+  std::vector<std::unique_ptr<Cell[]>> cells_;
   std::vector<std::unique_ptr<char[]>> arena_;
+  Cell null_;
 };
 
 struct SheetOptions {
   bool headings = true;  ///< HDR=YES
-  bool mixed_as_text =
-      true;  ///< IMEX=1; without it a mixed column takes the majority's type and the others read as Null
+  /// IMEX=1: a column of mixed kinds is text. Without it, such a column takes the type of the majority (of
+  /// equals the first of number, date, text, boolean) and the other values read as Null.
+  bool mixed_as_text = true;
 };
 
-/// Reads one worksheet of a .xls file. `sheet` without the driver's "$". Throws SheetError.
+/// Reads one worksheet of a .xls file. `sheet` without the driver's "$"; a name as the dialect writes it ("."
+/// as "#") finds its sheet too. Cells with an error and empty texts (of formulas) are Null and no say in the
+/// column's type. Throws SheetError.
 Table ReadSheetTable(const std::string& host_path, std::string_view sheet, const SheetOptions& options);
 
 /// Names of the worksheets of a file, in its order.
@@ -69,5 +87,11 @@ std::vector<std::string> SheetNames(const std::string& host_path);
 /// F2 …; `headings` is the connection's HDR, overridden by ColNameHeader. A field that does not fit its
 /// column's type reads as Null. Throws SheetError.
 Table ReadTextTable(const std::string& host_path, bool headings);
+
+/// How a number, a date or a boolean of a worksheet reads where its column is text: a number with up to 15
+/// digits, as short as its value allows and padded with zeros to `zero_pad` digits if it is whole; a date as
+/// dd.mm.yyyy, with hh:mm:ss behind it or alone where there is a time; a boolean as TRUE or FALSE.
+std::string NumberToText(double number, std::uint8_t zero_pad);
+std::string DateToText(double days);
 
 }  // namespace platform::spreadsheet

@@ -1,0 +1,72 @@
+#include "platform/encoding.h"
+#include "platform/spreadsheet/table_builder.h"
+
+namespace platform::spreadsheet {
+namespace {
+
+// Takes a worksheet's values into a table from the first row that has one; rows in between stay empty.
+class TableSink : public CellSink {
+ public:
+  explicit TableSink(TableBuilder& builder) : builder_(&builder) {}
+
+  bool OnCell(const CellEvent& cell) override {
+    const bool value = cell.kind != CellKind::kEmpty && cell.kind != CellKind::kError &&
+                       !(cell.kind == CellKind::kText && cell.text.empty());
+    // An error takes part in the used range like any value, and reads as Null.
+    if (!value && cell.kind != CellKind::kError) return true;
+    if (!started_) next_row_ = cell.row;
+    started_ = true;
+    for (; next_row_ < cell.row; ++next_row_) builder_->EndRow();
+    if (!value) return true;
+    if (cell.kind == CellKind::kText) {
+      builder_->PutText(cell.column, cell.text);
+    } else {
+      builder_->PutNumber(cell.column, cell.kind, cell.number, cell.zero_pad);
+    }
+    return true;
+  }
+
+  void Finish() {
+    if (started_) builder_->EndRow();
+  }
+
+ private:
+  TableBuilder* builder_;
+  bool started_ = false;
+  std::uint32_t next_row_ = 0;
+};
+
+// The worksheet's own name for one that a statement wrote, with or without the fitted characters.
+std::string ResolveSheet(const Workbook& book, std::string_view sheet) {
+  const std::string wanted = ToLower(sheet);
+  for (const SheetInfo& info : book.sheets()) {
+    if (ToLower(info.name) == wanted) return info.name;
+  }
+  const std::string fitted = ToLower(FitHeading(sheet));
+  for (const SheetInfo& info : book.sheets()) {
+    if (ToLower(FitHeading(info.name)) == fitted) return info.name;
+  }
+  return std::string(sheet);
+}
+
+}  // namespace
+
+Table ReadSheetTable(const std::string& host_path, std::string_view sheet, const SheetOptions& options) {
+  const std::unique_ptr<Workbook> book = OpenXls(host_path);
+  TableBuilder builder;
+  TableSink sink(builder);
+  book->Read(ResolveSheet(*book, sheet), sink);
+  sink.Finish();
+  builder.FitColumns();
+  builder.NameColumns(options.headings ? builder.TakeHeadings() : std::vector<std::string>());
+  builder.TypeColumns(options.mixed_as_text);
+  return builder.Take();
+}
+
+std::vector<std::string> SheetNames(const std::string& host_path) {
+  std::vector<std::string> names;
+  for (const SheetInfo& info : OpenXls(host_path)->sheets()) names.push_back(info.name);
+  return names;
+}
+
+}  // namespace platform::spreadsheet
