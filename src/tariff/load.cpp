@@ -43,9 +43,9 @@ void Count(const Nomenclature& nomenclature, LoadOutcome& outcome) {
   outcome.headings = static_cast<int>(nomenclature.headings.size());
   outcome.subheadings = static_cast<int>(nomenclature.subheadings.size());
   outcome.codes = static_cast<int>(nomenclature.goods.size());
-  outcome.codes_with_unit = static_cast<int>(
-      std::count_if(nomenclature.goods.begin(), nomenclature.goods.end(),
-                    [](const Nomenclature::Goods& goods) { return !goods.unit.empty(); }));
+  outcome.codes_with_unit =
+      static_cast<int>(std::count_if(nomenclature.goods.begin(), nomenclature.goods.end(),
+                                     [](const Nomenclature::Goods& goods) { return !goods.unit.empty(); }));
 }
 
 }  // namespace
@@ -65,8 +65,8 @@ LoadOutcome LoadNomenclature(session::Session& session, std::string_view data_fo
     const NomenclatureReading reading = ReadNomenclature(xml);
     if (!reading.error.empty()) return fail(reading.error);
 
-    const store::Environment environment{
-        .drives = &files.drives(), .link_folder = [&session] { return session.settings.DataBase; }};
+    const store::Environment environment{.drives = &files.drives(),
+                                         .link_folder = [&session] { return session.settings.DataBase; }};
     const std::string file = TariffFileName(year);
     const std::string path = session.settings.DataBase + "CN\\" + file;
     const store::layout::Database layout = store::layout::Read(files, data_folder, "tarif");

@@ -8,9 +8,11 @@
 namespace tariff {
 
 struct LoadOutcome {
-  std::string error;  ///< empty: loaded; else a Romanian sentence that names the file, and nothing has changed
-  std::string file;   ///< the tariff file written, "CN_2024.mdb"
-  std::string version;  ///< what the nomenclature file calls itself; the caller may tell where it is not the year
+  std::string
+      error;         ///< empty: loaded; else a Romanian sentence that names the file, and nothing has changed
+  std::string file;  ///< the tariff file written, "CN_2024.mdb"
+  std::string
+      version;  ///< what the nomenclature file calls itself; the caller may tell where it is not the year
   int sections = 0, chapters = 0, headings = 0, subheadings = 0;
   int codes = 0, codes_with_unit = 0;
 };

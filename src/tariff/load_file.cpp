@@ -24,9 +24,9 @@ void WriteTariffFile(const store::Environment& environment, platform::Files& fil
     for (const auto& row : nomenclature.headings) headings.Add({row.code, row.text, row.parent});
     store::layout::RowWriter subheadings(connection, "HS_6", {"HS6_COD", "HS6_DESC", "HS4_COD"});
     for (const auto& row : nomenclature.subheadings) subheadings.Add({row.code, row.text, row.parent});
-    store::layout::RowWriter goods(connection, "HS_8",
-                                   {"HS8_COD", "HS12_COD", "DESCRIERE", "UM_SUPL", "AN_START", "DATE_START",
-                                    "HS6_COD"});
+    store::layout::RowWriter goods(
+        connection, "HS_8",
+        {"HS8_COD", "HS12_COD", "DESCRIERE", "UM_SUPL", "AN_START", "DATE_START", "HS6_COD"});
     const store::Date start{platform::ToSerial({.year = year, .month = 1, .day = 1})};
     for (const auto& row : nomenclature.goods) {
       goods.Add({row.code, row.code + "0000", row.text, OrNull(row.unit), year, start, row.parent});

@@ -167,10 +167,10 @@ std::string JoinLevels(std::vector<std::string> levels) {
   while (levels.size() > 1) {
     const std::size_t total = length();
     if (total <= kShownCharacters) break;
-    const auto longest = std::max_element(levels.begin(), levels.end() - 1,
-                                          [](const std::string& a, const std::string& b) {
-                                            return platform::Utf8Length(a) < platform::Utf8Length(b);
-                                          });
+    const auto longest =
+        std::max_element(levels.begin(), levels.end() - 1, [](const std::string& a, const std::string& b) {
+          return platform::Utf8Length(a) < platform::Utf8Length(b);
+        });
     const std::size_t own = platform::Utf8Length(*longest);
     if (own <= kLeast + 3) break;
     const std::size_t excess = total - kShownCharacters + 3;
@@ -187,7 +187,8 @@ std::string JoinLevels(std::vector<std::string> levels) {
 void Nomenclature::AddParents(std::string_view code, std::string_view heading_text,
                               std::string_view subheading_text) {
   if (headings.empty() || headings.back().code != code.substr(0, 4)) {
-    headings.push_back({std::string(code.substr(0, 4)), std::string(heading_text), std::string(code.substr(0, 2))});
+    headings.push_back(
+        {std::string(code.substr(0, 4)), std::string(heading_text), std::string(code.substr(0, 2))});
   }
   if (subheadings.empty() || subheadings.back().code != code.substr(0, 6)) {
     subheadings.push_back(
@@ -200,7 +201,8 @@ NomenclatureReading ReadNomenclature(std::string& xml) {
   pugi::xml_document document;
   const pugi::xml_parse_result parsed = document.load_buffer_inplace(xml.data(), xml.size());
   if (!parsed) {
-    reading.error = fmt::format("nu este un fisier XML corect (octetul {}: {})", parsed.offset, parsed.description());
+    reading.error =
+        fmt::format("nu este un fisier XML corect (octetul {}: {})", parsed.offset, parsed.description());
     return reading;
   }
   const pugi::xml_node root = document.document_element();

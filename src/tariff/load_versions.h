@@ -25,8 +25,9 @@ struct Validity {
 
 /// Where a year's own row goes among the rows that are there.
 struct YearPlan {
-  Validity fresh;                            ///< in force where the year is the newest, else months 1 to 12
-  std::vector<std::vector<Validity>> remains;  ///< per row: what is left of it; none, itself, or up to two parts
+  Validity fresh;  ///< in force where the year is the newest, else months 1 to 12
+  std::vector<std::vector<Validity>>
+      remains;  ///< per row: what is left of it; none, itself, or up to two parts
 };
 
 /// Makes room for `year`: whatever the rows held of it they lose, so that no period matches two rows if none

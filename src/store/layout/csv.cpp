@@ -5,7 +5,8 @@
 namespace store::layout {
 
 void FailAtLine(std::string_view path, int line, std::string_view reason) {
-  throw platform::FileError(std::string(path), fmt::format("Fisierul : {}, linia {}: {}", path, line, reason));
+  throw platform::FileError(std::string(path),
+                            fmt::format("Fisierul : {}, linia {}: {}", path, line, reason));
 }
 
 std::size_t Csv::Column(std::string_view name) const {

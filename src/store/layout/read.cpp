@@ -14,9 +14,9 @@ struct TypeName {
   ColumnType type;
 };
 constexpr TypeName kTypes[] = {
-    {"COUNTER", ColumnType::kCounter}, {"BYTE", ColumnType::kByte},         {"SHORT", ColumnType::kShort},
-    {"LONG", ColumnType::kLong},       {"SINGLE", ColumnType::kSingle},     {"DOUBLE", ColumnType::kDouble},
-    {"TEXT", ColumnType::kText},       {"MEMO", ColumnType::kMemo},         {"YESNO", ColumnType::kYesNo},
+    {"COUNTER", ColumnType::kCounter},   {"BYTE", ColumnType::kByte},         {"SHORT", ColumnType::kShort},
+    {"LONG", ColumnType::kLong},         {"SINGLE", ColumnType::kSingle},     {"DOUBLE", ColumnType::kDouble},
+    {"TEXT", ColumnType::kText},         {"MEMO", ColumnType::kMemo},         {"YESNO", ColumnType::kYesNo},
     {"DATETIME", ColumnType::kDateTime}, {"CURRENCY", ColumnType::kCurrency},
 };
 
@@ -57,7 +57,8 @@ std::vector<std::string> SplitWords(std::string_view text) {
 
 /// Calls `take` with every row of a file shared by the databases that belongs to `database`.
 template <typename Take>
-void ForDatabase(const platform::Files& files, const std::string& path, std::string_view database, Take take) {
+void ForDatabase(const platform::Files& files, const std::string& path, std::string_view database,
+                 Take take) {
   const Csv csv = ReadCsv(files, path);
   for (const auto& fields : csv.rows) {
     if (fields[csv.Column("database")] == database) {
