@@ -1,6 +1,5 @@
 #include "platform/code_page.h"
 
-#include <bit>
 #include <cstdint>
 
 #include "platform/utf8.h"
@@ -125,8 +124,10 @@ class Converter {
   }
 
  private:
-  /// What iconv_open answers on failure.
-  static iconv_t Bad() { return std::bit_cast<iconv_t>(std::intptr_t{-1}); }
+  static iconv_t Bad() {
+    // iconv's own error value, which is no pointer
+    return reinterpret_cast<iconv_t>(static_cast<std::intptr_t>(-1));
+  }
   iconv_t handle_;
 };
 

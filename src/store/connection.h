@@ -81,7 +81,7 @@ class Connection {
   /// First column of the first row; nothing where there is no row. The fast way to probe: builds no
   /// recordset.
   std::optional<Value> Scalar(std::string_view select);
-  bool Any(std::string_view select) { return Scalar(select).has_value(); }
+  bool Any(std::string_view select);
 
   /// Runs any other statement; rows touched. A failed statement changes nothing.
   std::int64_t Execute(std::string_view statement);

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "platform/spreadsheet/table.h"
 #include "store/functions_call.h"
 #include "store/value.h"
 
@@ -18,9 +19,13 @@ TextArgument::TextArgument(sqlite3_value* value) {
   switch (sqlite3_value_type(value)) {
     case SQLITE_NULL:
       return;
-    case SQLITE_FLOAT:
-      view_ = own_ = DoubleText(sqlite3_value_double(value));
+    case SQLITE_FLOAT: {
+      // A worksheet's number shown with leading zeros carries its digits as subtype.
+      const auto digits = static_cast<std::uint8_t>(sqlite3_value_subtype(value));
+      const double number = sqlite3_value_double(value);
+      view_ = own_ = digits == 0 ? DoubleText(number) : platform::spreadsheet::NumberToText(number, digits);
       return;
+    }
     case SQLITE_INTEGER:
       view_ = own_ = std::to_string(sqlite3_value_int64(value));
       return;

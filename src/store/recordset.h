@@ -17,7 +17,8 @@ struct FieldInfo {
   std::string name;
   ColumnType type = ColumnType::kText;
   int size = 0;
-  std::string base_column;
+  std::string base_column;  ///< column of the base table; empty for computed fields
+  bool typed = true;        ///< false: each row's value has its own type (mixed IIF arms)
 };
 
 /// A static, client-side set of rows with a current row, as ADO callers use it. Movable; copies share their
@@ -25,7 +26,8 @@ struct FieldInfo {
 ///
 /// Fields are reached by position (from 0) or by name without regard to case; a missing one throws
 /// Error(kItemNotFound), a missing current row Error(kEndOfRecordset). Rows live in one compact block (16
-/// bytes a cell and the texts).
+/// bytes a cell and the texts). A copy has a current row, filter and order of its own. Moving away from a row
+/// with pending changes saves them, as ADO does.
 class Recordset {
  public:
   Recordset();

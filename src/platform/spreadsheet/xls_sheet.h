@@ -31,7 +31,6 @@ class XlsSheetReader {
 
   void Collect(std::size_t offset);
   bool Deliver(const biff::Record& record, biff::RecordReader ahead, CellSink& sink);
-  bool Emit(const CellEvent& cell, CellSink& sink);
   bool DeliverMulRk(const biff::Record& record, CellEvent cell, CellSink& sink);
   void SetNumber(CellEvent& cell, std::uint16_t xf, double number) const;
   void SetFormulaResult(CellEvent& cell, std::string_view data, biff::RecordReader ahead);
@@ -40,8 +39,7 @@ class XlsSheetReader {
   std::string_view stream_;
   const XlsGlobals* globals_;
   std::vector<CellRecord> cells_;
-  std::uint64_t next_place_ = 0;  ///< cells before it are covered by a run of cells already delivered
-  std::string text_;              ///< of the cell being delivered
+  std::string text_;  ///< of the cell being delivered
 };
 
 }  // namespace platform::spreadsheet
