@@ -130,7 +130,7 @@ Fields ReadCompany(session::Session& session) {
 
 bool LeaveCodFiscal(session::Session& session, std::string& Cod_Fiscal) {
   if (!Cod_Fiscal.starts_with("RO")) {
-    session.host.prompter.Error("Codul fiscal trebuie sa inceapa cu RO", "");
+    session.host.prompter.Error("Codul fiscal trebuie sa inceapa cu RO");
     return false;
   }
   Cod_Fiscal = platform::ReplaceAll(Cod_Fiscal, " ", "");

@@ -1,5 +1,6 @@
 #include "platform/code_page.h"
 
+#include <bit>
 #include <cstdint>
 
 #include "platform/utf8.h"
@@ -124,10 +125,8 @@ class Converter {
   }
 
  private:
-  static iconv_t Bad() {
-    // iconv's own error value, which is no pointer
-    return reinterpret_cast<iconv_t>(static_cast<std::intptr_t>(-1));
-  }
+  /// What iconv_open answers on failure.
+  static iconv_t Bad() { return std::bit_cast<iconv_t>(std::intptr_t{-1}); }
   iconv_t handle_;
 };
 

@@ -28,7 +28,7 @@ fs::path TargetOf(const fs::path& path) {
 
 #ifdef _WIN32
 
-AtomicFile::AtomicFile(fs::path target) : target_(TargetOf(target)), beside_(target_) {
+AtomicFile::AtomicFile(const fs::path& target) : target_(TargetOf(target)), beside_(target_) {
   beside_ += ".tmp~";
   const DWORD attributes = GetFileAttributesW(target_.c_str());
   if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
@@ -134,7 +134,7 @@ void SyncFolder(const fs::path& folder) {
 
 }  // namespace
 
-AtomicFile::AtomicFile(fs::path target) : target_(TargetOf(target)), beside_(target_) {
+AtomicFile::AtomicFile(const fs::path& target) : target_(TargetOf(target)), beside_(target_) {
   beside_ += ".tmp~";
   mode_t mode = 0;
   error_ = CheckWritable(target_, &mode);

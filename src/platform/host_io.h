@@ -15,7 +15,7 @@ namespace platform {
 /// another program is writing just now refuses.
 class AtomicFile {
  public:
-  explicit AtomicFile(std::filesystem::path target);
+  explicit AtomicFile(const std::filesystem::path& target);
   ~AtomicFile();
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;

@@ -64,8 +64,9 @@ Table ReadSheetTable(const std::string& host_path, std::string_view sheet, const
 }
 
 std::vector<std::string> SheetNames(const std::string& host_path) {
+  const std::unique_ptr<Workbook> book = OpenXls(host_path);
   std::vector<std::string> names;
-  for (const SheetInfo& info : OpenXls(host_path)->sheets()) names.push_back(info.name);
+  for (const SheetInfo& info : book->sheets()) names.push_back(info.name);
   return names;
 }
 

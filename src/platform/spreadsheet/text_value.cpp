@@ -101,7 +101,7 @@ std::optional<double> ParseDate(std::string_view text, std::string_view format) 
 
 std::optional<double> ParseNumber(std::string_view text, char decimal) {
   text = Trim(text);
-  if (!text.empty() && text[0] == '+') text.remove_prefix(1);
+  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
   if (text.empty() || !(IsDigit(text[0]) || text[0] == '-' || text[0] == decimal)) return std::nullopt;
   std::string plain(text);
   if (decimal != '.') {

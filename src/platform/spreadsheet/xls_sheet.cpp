@@ -130,11 +130,19 @@ void XlsSheetReader::Collect(std::size_t offset) {
 
 void XlsSheetReader::Read(std::size_t offset, CellSink& sink) {
   Collect(offset);
+  next_place_ = 0;
   for (const CellRecord& entry : cells_) {
     RecordReader reader(stream_, entry.offset);
     Record record;
     if (!reader.Next(record) || !Deliver(record, reader, sink)) return;
   }
+}
+
+bool XlsSheetReader::Emit(const CellEvent& cell, CellSink& sink) {
+  const std::uint64_t place = std::uint64_t{cell.row} * kColumns + cell.column;
+  if (place < next_place_) return true;
+  next_place_ = place + 1;
+  return sink.OnCell(cell);
 }
 
 bool XlsSheetReader::Deliver(const Record& record, RecordReader ahead, CellSink& sink) {
@@ -169,7 +177,7 @@ bool XlsSheetReader::Deliver(const Record& record, RecordReader ahead, CellSink&
     default:
       SetFormulaResult(cell, record.data, ahead);
   }
-  return sink.OnCell(cell);
+  return Emit(cell, sink);
 }
 
 bool XlsSheetReader::DeliverMulRk(const Record& record, CellEvent cell, CellSink& sink) {
@@ -178,7 +186,7 @@ bool XlsSheetReader::DeliverMulRk(const Record& record, CellEvent cell, CellSink
   for (std::size_t i = 0; i < count && cell.column < kColumns; ++i, ++cell.column) {
     const char* item = record.data.data() + 4 + i * kItem;
     SetNumber(cell, LoadU16(item), DecodeRk(LoadU32(item + 2)));
-    if (!sink.OnCell(cell)) return false;
+    if (!Emit(cell, sink)) return false;
   }
   return true;
 }

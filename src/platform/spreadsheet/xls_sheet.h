@@ -31,6 +31,7 @@ class XlsSheetReader {
 
   void Collect(std::size_t offset);
   bool Deliver(const biff::Record& record, biff::RecordReader ahead, CellSink& sink);
+  bool Emit(const CellEvent& cell, CellSink& sink);
   bool DeliverMulRk(const biff::Record& record, CellEvent cell, CellSink& sink);
   void SetNumber(CellEvent& cell, std::uint16_t xf, double number) const;
   void SetFormulaResult(CellEvent& cell, std::string_view data, biff::RecordReader ahead);
@@ -39,7 +40,8 @@ class XlsSheetReader {
   std::string_view stream_;
   const XlsGlobals* globals_;
   std::vector<CellRecord> cells_;
-  std::string text_;  ///< of the cell being delivered
+  std::uint64_t next_place_ = 0;  ///< cells before it are covered by a run of cells already delivered
+  std::string text_;              ///< of the cell being delivered
 };
 
 }  // namespace platform::spreadsheet

@@ -1,0 +1,185 @@
+#include <gmock/gmock.h>
+
+#include "platform/spreadsheet/table.h"
+#include "support/test_host.h"
+#include "support/xls_writer.h"
+
+namespace platform::spreadsheet {
+namespace {
+
+using test_support::XlsWriter;
+
+class SheetTable : public testing::Test {
+ protected:
+  Table Read(XlsWriter& book, const SheetOptions& options = {}, std::string_view sheet = "Sheet1") {
+    const std::string path = (folder_.path() / "test.xls").string();
+    book.Save(path);
+    return ReadSheetTable(path, sheet, options);
+  }
+
+  test_support::TempFolder folder_;
+};
+
+std::string Show(const Table& table, std::size_t row, std::size_t column) {
+  const Cell& cell = table.at(row, column);
+  if (cell.kind == Cell::Kind::kNull) return "null";
+  if (cell.kind == Cell::Kind::kText) return "'" + std::string(cell.AsText()) + "'";
+  return fmt::format("{}", cell.number);
+}
+
+TEST_F(SheetTable, TypesColumnsAsTheDriverDoes) {
+  XlsWriter book;
+  XlsWriter::Sheet& sheet = book.AddSheet("Sheet1");
+  const char* headings[] = {"numar", "data",     "logic",       "text", "mixt",
+                            "cod",   "cod mixt", "cod partial", "erori"};
+  for (unsigned i = 0; i < 9; ++i) sheet.Text(0, i, headings[i]);
+  sheet.Number(1, 0, 2.5);
+  sheet.Date(1, 1, 46100);
+  sheet.Boolean(1, 2, true);
+  sheet.Text(1, 3, "a");
+  sheet.Number(1, 4, 0.1 + 0.2);
+  sheet.Number(1, 5, 1012100, "00000000");
+  sheet.Number(1, 6, 1012100, "00000000");
+  sheet.Number(1, 7, 1012100, "00000000");
+  sheet.Error(1, 8, 0x2A);
+  sheet.FormulaText(2, 0, "");  // an empty text is no text
+  sheet.Date(2, 4, 46100.5);
+  sheet.Number(2, 5, 84713000, "0000000000");
+  sheet.Text(2, 6, "8471.30-00");
+  sheet.Number(2, 7, 84713000);
+  sheet.Error(3, 0, 0x07);
+  sheet.Boolean(3, 2, false);
+  sheet.Boolean(3, 4, false);
+  const Table table = Read(book);
+
+  ASSERT_EQ(table.columns().size(), 9u);
+  ASSERT_EQ(table.row_count(), 3u);
+  const ColumnKind kinds[] = {ColumnKind::kNumber, ColumnKind::kDate,   ColumnKind::kBoolean,
+                              ColumnKind::kText,   ColumnKind::kText,   ColumnKind::kNumber,
+                              ColumnKind::kText,   ColumnKind::kNumber, ColumnKind::kText};
+  for (std::size_t i = 0; i < 9; ++i) EXPECT_EQ(table.columns()[i].kind, kinds[i]) << headings[i];
+  EXPECT_EQ(Show(table, 0, 0), "2.5");
+  EXPECT_EQ(Show(table, 1, 0), "null");
+  EXPECT_EQ(Show(table, 2, 0), "null") << "an error reads as Null and does not make the column text";
+  EXPECT_EQ(Show(table, 0, 1), "46100");
+  EXPECT_EQ(Show(table, 0, 2), "-1");
+  EXPECT_EQ(Show(table, 2, 2), "0");
+  EXPECT_EQ(Show(table, 0, 4), "'0.3'");
+  EXPECT_EQ(Show(table, 1, 4), "'19.03.2026 12:00:00'");
+  EXPECT_EQ(Show(table, 2, 4), "'FALSE'");
+  EXPECT_EQ(table.columns()[5].zero_pad, 10);
+  EXPECT_EQ(Show(table, 0, 6), "'01012100'");
+  EXPECT_EQ(Show(table, 1, 6), "'8471.30-00'");
+  EXPECT_EQ(table.columns()[7].zero_pad, 0) << "one cell without padding";
+  EXPECT_EQ(Show(table, 0, 8), "null");
+}
+
+TEST_F(SheetTable, WithoutImexTheMajorityHolds) {
+  XlsWriter book;
+  XlsWriter::Sheet& sheet = book.AddSheet("Sheet1");
+  sheet.Text(0, 0, "cod");
+  sheet.Text(0, 1, "egal");
+  sheet.Number(1, 0, 1);
+  sheet.Text(2, 0, "doi");
+  sheet.Number(3, 0, 3);
+  sheet.Text(1, 1, "a");
+  sheet.Number(2, 1, 5);
+  SheetOptions options;
+  options.mixed_as_text = false;
+  const Table table = Read(book, options);
+  EXPECT_EQ(table.columns()[0].kind, ColumnKind::kNumber);
+  EXPECT_EQ(Show(table, 0, 0) + Show(table, 1, 0) + Show(table, 2, 0), "1null3");
+  EXPECT_EQ(table.columns()[1].kind, ColumnKind::kNumber) << "of equals the number";
+}
+
+TEST_F(SheetTable, FitsHeadings) {
+  XlsWriter book;
+  XlsWriter::Sheet& sheet = book.AddSheet("Sheet1");
+  sheet.Text(0, 0, "Val. fisc!");
+  sheet.Text(0, 1, "Net [kg]\r\nbrut");
+  sheet.Text(0, 2, "  ");
+  sheet.Text(0, 3, "Cod");
+  sheet.Text(0, 4, "COD");
+  sheet.Number(0, 5, 2026);
+  sheet.Text(0, 6, "Cod");
+  sheet.Text(0, 7, std::string(70, 'x'));
+  sheet.Number(1, 8, 1);  // a column without any heading
+  std::vector<std::string> names;
+  const Table table = Read(book);
+  for (const Column& column : table.columns()) names.push_back(column.name);
+  EXPECT_THAT(names, testing::ElementsAre("Val# fisc_", "Net (kg) brut", "F3", "Cod", "COD1", "2026", "Cod2",
+                                          std::string(64, 'x'), "F9"));
+}
+
+TEST_F(SheetTable, StartsAndEndsWithItsValues) {
+  XlsWriter book;
+  XlsWriter::Sheet& sheet = book.AddSheet("Sheet1");
+  sheet.Text(3, 2, "a");
+  sheet.Text(3, 4, "b");
+  sheet.Number(5, 4, 7);
+  sheet.Number(5, 200, 0);
+  sheet.Text(60000, 3, "");  // beyond the last value
+  SheetOptions no_headings;
+  no_headings.headings = false;
+  const Table plain = Read(book, no_headings);
+  EXPECT_EQ(plain.row_count(), 3u);
+  EXPECT_EQ(plain.columns().size(), 199u);
+  EXPECT_EQ(plain.columns()[198].name, "F199");
+  EXPECT_EQ(Show(plain, 0, 0), "'a'");
+  EXPECT_EQ(Show(plain, 1, 0), "null");
+  EXPECT_EQ(Show(plain, 2, 198), "0");
+  const Table table = Read(book);
+  EXPECT_EQ(table.row_count(), 2u);
+  EXPECT_EQ(Show(table, 1, 2), "7");
+
+  XlsWriter empty;
+  empty.AddSheet("Sheet1");
+  const Table none = Read(empty);
+  EXPECT_EQ(none.row_count(), 0u);
+  ASSERT_EQ(none.columns().size(), 1u);
+  EXPECT_EQ(none.columns()[0].name, "F1");
+}
+
+TEST_F(SheetTable, LongTextsMakeAMemo) {
+  XlsWriter book;
+  XlsWriter::Sheet& sheet = book.AddSheet("Sheet1");
+  std::string letters;
+  for (int i = 0; i < 255; ++i) letters += "ș";
+  sheet.Text(1, 0, letters);
+  sheet.Text(1, 1, letters + "x");
+  SheetOptions options;
+  options.headings = false;
+  const Table table = Read(book, options);
+  EXPECT_EQ(table.columns()[0].size, 255);
+  EXPECT_EQ(table.columns()[1].size, 0);
+  EXPECT_EQ(table.at(0, 1).AsText(), letters + "x");
+}
+
+TEST_F(SheetTable, FindsSheetsByTheirFittedNames) {
+  XlsWriter book;
+  book.AddSheet("Achiz. 03!2026").Number(0, 0, 1);
+  book.AddSheet("Sheet1", true).Number(0, 0, 2);
+  SheetOptions options;
+  options.headings = false;
+  EXPECT_EQ(Show(Read(book, options, "achiz# 03_2026"), 0, 0), "1");
+  EXPECT_EQ(Show(Read(book, options, "SHEET1"), 0, 0), "2");
+  EXPECT_THROW(Read(book, options, "Achiz"), SheetError);
+  EXPECT_THAT(SheetNames((folder_.path() / "test.xls").string()),
+              testing::ElementsAre("Achiz. 03!2026", "Sheet1"));
+}
+
+TEST(SheetText, WritesNumbersAndDates) {
+  EXPECT_EQ(NumberToText(12, 0), "12");
+  EXPECT_EQ(NumberToText(-12, 4), "-0012");
+  EXPECT_EQ(NumberToText(12.5, 8), "12.5");
+  EXPECT_EQ(NumberToText(123456789012345, 0), "123456789012345");
+  EXPECT_EQ(NumberToText(1e20, 0), "1E+20");
+  EXPECT_EQ(NumberToText(-0.0, 0), "0");
+  EXPECT_EQ(DateToText(46100), "19.03.2026");
+  EXPECT_EQ(DateToText(0.5), "12:00:00");
+  EXPECT_EQ(DateToText(46100.999999), "20.03.2026") << "rounded to the second";
+  EXPECT_EQ(DateToText(1), "31.12.1899");
+}
+
+}  // namespace
+}  // namespace platform::spreadsheet
