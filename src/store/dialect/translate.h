@@ -72,6 +72,8 @@ struct Translation {
   StatementKind kind = StatementKind::kSelect;
   std::string sql;  ///< empty for CREATE and DROP, which the engine carries out from the fields below
   std::vector<Parameter> parameters;
+  /// Names of a PARAMETERS clause in their order, whether used or not.
+  std::vector<std::string> declared;
   /// Literals that shaped the SQL (TOP n, ORDER BY 1, folded decimals): the translation serves only
   /// statements where these agree.
   std::vector<std::pair<int, std::string>> structural;
