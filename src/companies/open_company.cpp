@@ -62,20 +62,22 @@ bool OpenCompany(session::Session& session, std::string_view Cod_Fiscal, std::st
 }
 
 bool OpenRegisteredCompany(session::Session& session, std::string_view Cod_Fiscal) {
+  std::string code;  // as registered; the comparison takes small letters too
   std::string file;
   try {
-    const auto found = session.common.Scalar("SELECT DataBaseFile FROM [Firme] WHERE [Cod_Fiscal]='" +
-                                             std::string(Cod_Fiscal) + "'");
-    if (!found) {
+    const store::Recordset row = session.common.Query(
+        "SELECT Cod_Fiscal, DataBaseFile FROM [Firme] WHERE [Cod_Fiscal]='" + std::string(Cod_Fiscal) + "'");
+    if (row.eof()) {
       session.host.prompter.Error("Nu exista firma cu codul fiscal : " + std::string(Cod_Fiscal));
       return false;
     }
-    file = found->ToText();
+    code = row["Cod_Fiscal"].ToText();
+    file = row["DataBaseFile"].ToText();
   } catch (const store::Error& error) {
     session::ShowError(session, error);
     return false;
   }
-  return OpenCompany(session, Cod_Fiscal, file);
+  return OpenCompany(session, code, file);
 }
 
 bool ConfirmSelection(session::Session& session, const ListedCompany& chosen) {

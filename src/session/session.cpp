@@ -78,7 +78,7 @@ void Session::ReadSettings(std::string_view app_path) {
   ReadDecimalSettings(quiet, settings_file, settings);
   ReadFileLocationSettings(quiet, settings_file, settings);
   ReadMiscSettings(quiet, settings_file, settings);
-  host.errors.set_folder(settings.System);
+  if (settings.System != "\\") host.errors.set_folder(settings.System);  // unset: no log
 }
 
 store::Environment StoreEnvironment(Session& session) { return EnvironmentOf(&session); }
