@@ -168,6 +168,33 @@ TEST_F(SheetTable, FindsSheetsByTheirFittedNames) {
               testing::ElementsAre("Achiz. 03!2026", "Sheet1"));
 }
 
+// The delivered samples come from a real spreadsheet program.
+TEST(SheetTableSamples, HoldWhatTheirSourcesSay) {
+  const std::string folder = DECLARIX_SOURCE_DIR "/data/samples/";
+  const Table in = ReadSheetTable(folder + "achizitii.xls", "achizitii", {});
+  ASSERT_EQ(in.columns().size(), 18u);
+  EXPECT_EQ(in.row_count(), 36u);
+  EXPECT_EQ(in.columns()[12].name, "Greutate neta (kg)");
+  EXPECT_EQ(in.columns()[5].name, "U#M#");
+  EXPECT_EQ(in.columns()[1].kind, ColumnKind::kDate);
+  EXPECT_EQ(in.columns()[3].kind, ColumnKind::kText);
+  EXPECT_EQ(Show(in, 0, 3), "'8471.30-00'");
+  EXPECT_EQ(Show(in, 30, 3), "'09012100'") << "typed as a number, shown with its zero";
+  EXPECT_EQ(Show(in, 33, 3), "'8708.99-97 '");
+  EXPECT_EQ(Show(in, 0, 2), "'Laptop 15,6\" cu tastatură iluminată'");
+  EXPECT_EQ(in.columns()[7].kind, ColumnKind::kNumber);
+  EXPECT_EQ(Show(in, 0, 7), "20496") << "a formula's value";
+  EXPECT_EQ(Show(in, 0, 9), "null");
+  EXPECT_EQ(Show(in, 4, 9), "94266.8");
+  EXPECT_EQ(Show(in, 11, 15), "'184'") << "a number among texts";
+  const Table out = ReadSheetTable(folder + "livrari.xls", "Livrari", {});
+  ASSERT_EQ(out.columns().size(), 18u);
+  EXPECT_EQ(out.row_count(), 32u);
+  EXPECT_EQ(Show(out, 26, 5), "'02071410'");
+  EXPECT_EQ(out.columns()[17].kind, ColumnKind::kNumber);
+  EXPECT_EQ(NumberToText(out.at(22, 17).number, 0) + " " + NumberToText(out.at(0, 17).number, 0), "8 1.1");
+}
+
 TEST(SheetText, WritesNumbersAndDates) {
   EXPECT_EQ(NumberToText(12, 0), "12");
   EXPECT_EQ(NumberToText(-12, 4), "-0012");
