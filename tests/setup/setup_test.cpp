@@ -1,0 +1,206 @@
+#include "setup/setup.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "companies/open_company.h"
+#include "store/layout/layout.h"
+#include "support/installation.h"
+#include "tariff/lookup.h"
+
+namespace setup {
+namespace {
+
+using test_support::Installation;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::vector<std::string> Column(store::Connection& connection, std::string_view select) {
+  std::vector<std::string> values;
+  for (store::Recordset rows = connection.Query(select); !rows.eof(); rows.MoveNext()) {
+    values.push_back(rows.Get(0).ToText());
+  }
+  return values;
+}
+
+TEST(Setup, LaysDownWhatTheProgramNeeds) {
+  const auto begin = std::chrono::steady_clock::now();
+  test_support::TestHost machine;
+  const Outcome outcome = LayDown(machine, "E:\\Alt & loc", test_support::DataFolder(machine.files));
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+  EXPECT_LT(took.count(), 10) << "meant for under two seconds on a quiet machine";
+  EXPECT_THAT(outcome.notes, IsEmpty());
+  const std::string system = "E:\\Alt & loc\\System\\";
+  for (const char* folder : {"DataBase\\CompactDB", "DataBase\\CN", "CursBNR", "Verificare",
+                             "ReportDefinition", "DeclaratiiXML", "SQL", "Default", "ComboBox", "Erori"}) {
+    EXPECT_TRUE(machine.files.FolderExists(system + folder)) << folder;
+  }
+  for (const char* file : {"DataBase\\Comun.mdb", "DataBase\\goala.mdb", "DataBase\\CN\\CN_2026.mdb",
+                           "DataBase\\CN\\selfExplainTexts_ro.xml", "CursBNR\\Schema.ini",
+                           "ReportDefinition\\UE_Reports.xml", "ComboBox\\Combo_Tip.Frm_INTRASTAT.txt"}) {
+    EXPECT_TRUE(machine.files.Exists(system + file)) << file;
+    EXPECT_THAT(outcome.added, Contains(system + file));
+  }
+  EXPECT_EQ(machine.files.Read(system + "CursBNR\\data.txt"), "");
+  EXPECT_LT(*machine.files.LastModified(system + "CursBNR\\data.txt"),
+            std::chrono::system_clock::now() - std::chrono::hours(48));
+
+  session::Session session(machine.host());
+  session.ReadSettings("E:\\Program");
+  EXPECT_EQ(session.settings.DataBase, system + "DataBase\\");
+  EXPECT_EQ(session.settings.DirectorSalvare, system + "DeclaratiiXML\\");
+  EXPECT_FALSE(session.settings.UpdateCurs);
+  EXPECT_FALSE(session.settings.VerificaUpdate);
+  EXPECT_EQ(session.settings.Meniu_Color, 12648447u);
+}
+
+TEST(Setup, LeavesTheOutputFolderToTheInstitutesProgram) {
+  test_support::TestHost machine;
+  machine.files.CreateFolders("C:\\Program Files (x86)\\INTRASTAT\\declaratii\\");
+  LayDown(machine, kDefaultRoot, test_support::DataFolder(machine.files));
+  session::Session session(machine.host());
+  session.ReadSettings("C:\\Program");
+  EXPECT_EQ(session.settings.DirectorSalvare, "C:\\Program Files (x86)\\INTRASTAT\\declaratii\\");
+}
+
+TEST(Setup, RunAgainOnlyAddsWhatIsMissing) {
+  Installation at;
+  const std::string data = test_support::DataFolder(at.files());
+  EXPECT_THAT(LayDown(at.machine, kDefaultRoot, data).added, IsEmpty());
+
+  at.session.common.Execute("UPDATE Monezi SET Moneda_DESC='Euro, al nostru' WHERE Moneda_COD='EUR'");
+  at.session.common.Execute("DELETE FROM Monezi WHERE Moneda_COD='USD'");
+  at.session.common.Execute("INSERT INTO Monezi (Moneda_COD, Moneda_DESC) VALUES ('ZZZ','A utilizatorului')");
+  at.Run("DROP TABLE Scripts");
+  at.session.company.catalog().SetQuery({"Lista_Intrastat", "SELECT TIP FROM Intrastat"});
+  at.session.company.catalog().SetQuery({"A_Mea", "SELECT TIP FROM Intrastat"});
+  at.session.company.Close();
+  at.session.tariff.Close();
+  at.session.common.Close();
+  at.files().Remove(std::string(Installation::kSystem) + "CursBNR\\Schema.ini");
+  at.files().Replace(std::string(Installation::kSystem) + "ComboBox\\Format.Frm_Macheta.txt", "TEXT\r\n");
+
+  const Outcome outcome = LayDown(at.machine, kDefaultRoot, data);
+  const std::string database = Installation::kDataBase;
+  EXPECT_THAT(outcome.added,
+              testing::UnorderedElementsAre(std::string(Installation::kSystem) + "CursBNR\\Schema.ini",
+                                            database + "Comun.mdb: Monezi, 1 inregistrari",
+                                            database + "RO123456.mdb: Scripts",
+                                            database + "RO123456.mdb: Lista_Intrastat"));
+  EXPECT_EQ(at.files().Read(std::string(Installation::kSystem) + "ComboBox\\Format.Frm_Macheta.txt"),
+            "TEXT\r\n");
+  session::OpenCommonConnection(at.session);
+  EXPECT_EQ(Column(at.session.common,
+                   "SELECT Moneda_DESC FROM Monezi WHERE Moneda_COD IN ('EUR','ZZZ') ORDER BY Moneda_COD"),
+            (std::vector<std::string>{"Euro, al nostru", "A utilizatorului"}));
+  session::OpenCompanyConnection(at.session, at.session.current.database_path);
+  EXPECT_TRUE(at.Get("SELECT COUNT(*) FROM A_Mea").is_integer()) << "the user's own query stays";
+  EXPECT_EQ(at.Get("SELECT COUNT(*) FROM Scripts").ToInteger(), 0);
+}
+
+TEST(Setup, AddsColumnsOfANewerVersionAndKeepsRows) {
+  test_support::TestHost machine;
+  const store::Environment environment{.drives = &machine.drives, .link_folder = nullptr};
+  const std::string path = "C:\\veche.mdb";
+  store::layout::Database layout =
+      store::layout::Read(machine.files, test_support::DataFolder(machine.files), "comun");
+  store::layout::Database older = layout;
+  older.queries.clear();
+  for (auto& table : older.tables) {
+    if (table.name == "Firme") table.columns.resize(3);
+  }
+  store::layout::Build(environment, machine.files, path, older, [](store::Connection& connection) {
+    connection.Execute("INSERT INTO Firme (Cod_Fiscal, Nume_Firma) VALUES ('RO1','PROBA')");
+  });
+  EXPECT_FALSE(machine.files.Exists(path + ".nou"));
+  store::Connection connection(environment);
+  connection.Open(store::JetString(path));
+  EXPECT_THAT(store::layout::Complete(connection, layout), Contains("Firme.Reg_No_Firma"));
+  EXPECT_EQ(connection.Scalar("SELECT Nume_Firma FROM Firme WHERE ValoareStatistica=0")->ToText(), "PROBA");
+  EXPECT_THAT(store::layout::Complete(connection, layout), IsEmpty());
+}
+
+TEST(Setup, ErrorsNameTheFileAndLeaveNothingHalfDone) {
+  test_support::TestHost machine;
+  const std::string database = Installation::kDataBase;
+  machine.files.CreateFolders(database);
+  machine.files.Replace(database + "Comun.mdb", "not a database at all");
+  try {
+    LayDown(machine, kDefaultRoot, test_support::DataFolder(machine.files));
+    FAIL();
+  } catch (const platform::FileError& error) {
+    EXPECT_THAT(error.what(), HasSubstr(database + "Comun.mdb"));
+  }
+  EXPECT_FALSE(machine.files.Exists(session::SettingsPath())) << "the program must not start on this";
+
+  test_support::TestHost full;
+  full.files.refuses = [](std::string_view path) { return path.ends_with("goala.mdb"); };
+  EXPECT_THROW(LayDown(full, kDefaultRoot, test_support::DataFolder(full.files)), platform::FileError);
+  EXPECT_FALSE(full.files.Exists(database + "goala.mdb"));
+  EXPECT_FALSE(full.files.Exists(database + "goala.mdb.nou"));
+  full.files.refuses = nullptr;
+  LayDown(full, kDefaultRoot, test_support::DataFolder(full.files));
+  EXPECT_TRUE(full.files.Exists(database + "goala.mdb"));
+}
+
+TEST(Setup, DeliveredTariffAnswersLookups) {
+  Installation at;
+  int month = 3, year = 2026;
+  ASSERT_TRUE(tariff::ConexiuneTarif(at.session, month, year));
+  EXPECT_EQ(tariff::Cautare_Tarif(at.session, "01012100"), "Animale vii|p/st|1");
+  EXPECT_THAT(tariff::Cautare_Tarif(at.session, "94036010"), testing::EndsWith("||0"));
+  EXPECT_EQ(tariff::Cautare_Tarif(at.session, "00000000"), "||");
+  EXPECT_EQ(at.session.tariff.Scalar("SELECT COUNT(*) FROM HS8")->ToInteger(), 9791);
+  EXPECT_EQ(at.session.tariff.Scalar("SELECT COUNT(*) FROM HS_1")->ToInteger(), 21);
+  EXPECT_EQ(at.Get("SELECT HS8_COD FROM HS8 WHERE HS8_COD ='01012100'").ToText(), "01012100");
+  EXPECT_EQ(
+      at.session.tariff
+          .Scalar("SELECT COUNT(*) FROM ((HS_8 INNER JOIN HS_6 ON HS_8.HS6_COD=HS_6.HS6_COD) INNER JOIN HS_4 "
+                  "ON HS_6.HS4_COD=HS_4.HS4_COD) INNER JOIN HS_2 ON HS_4.HS2_COD=HS_2.HS2_COD")
+          ->ToInteger(),
+      9791);
+  EXPECT_THAT(Column(at.session.common, "SELECT DISTINCT RTRIM(UM_COD) FROM UM"), Contains("Kg 90% sdt."));
+  EXPECT_EQ(at.session.tariff.Scalar("SELECT COUNT(*) FROM HS_8 WHERE UM_SUPL = ''")->ToInteger(), 0);
+}
+
+TEST(Setup, HS8GivesOneRowPerValidCode) {
+  Installation at;
+  store::Connection& tariff = at.session.tariff;
+  const auto add = [&](const char* code12, const char* text, const char* unit, const char* end) {
+    tariff.Execute(
+        fmt::format("INSERT INTO HS_8 (HS8_COD,HS12_COD,DESCRIERE,UM_SUPL,AN_START,AN_END) VALUES "
+                    "('99999999','{}','{}',{},2020,{})",
+                    code12, text, unit, end));
+  };
+  add("999999990010", "a", "'kg'", "NULL");
+  add("999999990020", "b", "NULL", "NULL");
+  add("999999990030", "z", "'l'", "2021");
+  store::Recordset rows = tariff.Query("SELECT * FROM HS8 WHERE [HS8_COD]='99999999'");
+  ASSERT_EQ(rows.record_count(), 1);
+  EXPECT_EQ(rows["DESCRIERE"].ToText(), "b");
+  EXPECT_EQ(rows["UM_SUPL"].ToText(), "kg");
+  EXPECT_EQ(rows["EXISTA_UM"].ToInteger(), 1);
+}
+
+TEST(Setup, EveryPeriodHasOneVersionRow) {
+  Installation at;
+  for (int year = 2011; year <= 2028; ++year) {
+    for (const int month : {1, 6, 12}) {
+      const store::Recordset rows = at.session.common.Query(fmt::format(
+          "SELECT CnVer, CountryVer FROM InsCodeVersions WHERE ( Anul<={0} AND Luna<={1} AND Anul_End>={0} "
+          "AND "
+          "Luna_End>={1})  OR ( Anul<={0} AND Luna<={1} AND Anul_End IS NULL AND Luna_End IS NULL) ",
+          year, month));
+      ASSERT_EQ(rows.record_count(), 1) << month << "/" << year;
+      EXPECT_EQ(rows["CnVer"].ToText(), std::to_string(std::min(year, 2026)));
+      EXPECT_EQ(rows["CountryVer"].ToText(), year < 2022 ? "2007" : "2022");
+    }
+  }
+}
+
+}  // namespace
+}  // namespace setup
