@@ -85,7 +85,7 @@ TEST(TariffLoad, ReplacesItsOwnYearWhileItIsOpen) {
 
 TEST(TariffLoad, RefusesWithoutTouchingAnything) {
   Installation at;
-  const std::string database = at.files().Read(std::string(Installation::kDataBase) + "Comun.mdb");
+  const std::string database = at.files().Read(Installation::InDataBase("Comun.mdb"));
   for (const char* xml :
        {"", "<InsNomenclature>", "<Altceva/>", "<InsNomenclature><Id>CN</Id></InsNomenclature>"}) {
     EXPECT_THAT(Load(at, xml, 2026).error, HasSubstr("C:\\cn.xml")) << xml;
@@ -96,9 +96,9 @@ TEST(TariffLoad, RefusesWithoutTouchingAnything) {
   at.files().refuses = [](std::string_view path) { return path.ends_with("CN_2025.mdb"); };
   EXPECT_NE(Load(at, SmallXml("x"), 2025).error, "");
   at.files().refuses = nullptr;
-  EXPECT_FALSE(at.files().Exists(std::string(Installation::kDataBase) + "CN\\CN_2025.mdb"));
+  EXPECT_FALSE(at.files().Exists(Installation::InDataBase("CN\\CN_2025.mdb")));
   EXPECT_EQ(Find(at, 2026, 1), "Animale vii|p/st|1");
-  EXPECT_EQ(at.files().Read(std::string(Installation::kDataBase) + "Comun.mdb"), database);
+  EXPECT_EQ(at.files().Read(Installation::InDataBase("Comun.mdb")), database);
 }
 
 TEST(TariffLoad, BuildsTheInstitutesNomenclature) {

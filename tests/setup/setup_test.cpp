@@ -81,18 +81,16 @@ TEST(Setup, RunAgainOnlyAddsWhatIsMissing) {
   at.session.company.Close();
   at.session.tariff.Close();
   at.session.common.Close();
-  at.files().Remove(std::string(Installation::kSystem) + "CursBNR\\Schema.ini");
-  at.files().Replace(std::string(Installation::kSystem) + "ComboBox\\Format.Frm_Macheta.txt", "TEXT\r\n");
+  at.files().Remove(Installation::InSystem("CursBNR\\Schema.ini"));
+  at.files().Replace(Installation::InSystem("ComboBox\\Format.Frm_Macheta.txt"), "TEXT\r\n");
 
   const Outcome outcome = LayDown(at.machine, kDefaultRoot, data);
-  const std::string database = Installation::kDataBase;
   EXPECT_THAT(outcome.added,
-              testing::UnorderedElementsAre(std::string(Installation::kSystem) + "CursBNR\\Schema.ini",
-                                            database + "Comun.mdb: Monezi, 1 inregistrari",
-                                            database + "RO123456.mdb: Scripts",
-                                            database + "RO123456.mdb: Lista_Intrastat"));
-  EXPECT_EQ(at.files().Read(std::string(Installation::kSystem) + "ComboBox\\Format.Frm_Macheta.txt"),
-            "TEXT\r\n");
+              testing::UnorderedElementsAre(Installation::InSystem("CursBNR\\Schema.ini"),
+                                            Installation::InDataBase("Comun.mdb: Monezi, 1 inregistrari"),
+                                            Installation::InDataBase("RO123456.mdb: Scripts"),
+                                            Installation::InDataBase("RO123456.mdb: Lista_Intrastat")));
+  EXPECT_EQ(at.files().Read(Installation::InSystem("ComboBox\\Format.Frm_Macheta.txt")), "TEXT\r\n");
   session::OpenCommonConnection(at.session);
   EXPECT_EQ(Column(at.session.common,
                    "SELECT Moneda_DESC FROM Monezi WHERE Moneda_COD IN ('EUR','ZZZ') ORDER BY Moneda_COD"),
@@ -126,25 +124,24 @@ TEST(Setup, AddsColumnsOfANewerVersionAndKeepsRows) {
 
 TEST(Setup, ErrorsNameTheFileAndLeaveNothingHalfDone) {
   test_support::TestHost machine;
-  const std::string database = Installation::kDataBase;
-  machine.files.CreateFolders(database);
-  machine.files.Replace(database + "Comun.mdb", "not a database at all");
+  machine.files.CreateFolders(Installation::InDataBase(""));
+  machine.files.Replace(Installation::InDataBase("Comun.mdb"), "not a database at all");
   try {
     LayDown(machine, kDefaultRoot, test_support::DataFolder(machine.files));
     FAIL();
   } catch (const platform::FileError& error) {
-    EXPECT_THAT(error.what(), HasSubstr(database + "Comun.mdb"));
+    EXPECT_THAT(error.what(), HasSubstr(Installation::InDataBase("Comun.mdb")));
   }
   EXPECT_FALSE(machine.files.Exists(session::SettingsPath())) << "the program must not start on this";
 
   test_support::TestHost full;
   full.files.refuses = [](std::string_view path) { return path.ends_with("goala.mdb"); };
   EXPECT_THROW(LayDown(full, kDefaultRoot, test_support::DataFolder(full.files)), platform::FileError);
-  EXPECT_FALSE(full.files.Exists(database + "goala.mdb"));
-  EXPECT_FALSE(full.files.Exists(database + "goala.mdb.nou"));
+  EXPECT_FALSE(full.files.Exists(Installation::InDataBase("goala.mdb")));
+  EXPECT_FALSE(full.files.Exists(Installation::InDataBase("goala.mdb.nou")));
   full.files.refuses = nullptr;
   LayDown(full, kDefaultRoot, test_support::DataFolder(full.files));
-  EXPECT_TRUE(full.files.Exists(database + "goala.mdb"));
+  EXPECT_TRUE(full.files.Exists(Installation::InDataBase("goala.mdb")));
 }
 
 TEST(Setup, DeliveredTariffAnswersLookups) {

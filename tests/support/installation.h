@@ -25,8 +25,13 @@ class Installation {
   Installation& operator=(const Installation&) = delete;
 
   static constexpr char kCompany[] = "RO123456";
-  static constexpr char kSystem[] = "C:\\Declarix\\System\\";
-  static constexpr char kDataBase[] = "C:\\Declarix\\System\\DataBase\\";
+  /// Windows path of a file below the system folder, or below the database folder.
+  static std::string InSystem(std::string_view relative) {
+    return fmt::format("C:\\Declarix\\System\\{}", relative);
+  }
+  static std::string InDataBase(std::string_view relative) {
+    return fmt::format("C:\\Declarix\\System\\DataBase\\{}", relative);
+  }
 
   TestHost machine;
   session::Session session;
