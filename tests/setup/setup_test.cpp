@@ -104,6 +104,7 @@ TEST(Setup, AddsColumnsOfANewerVersionAndKeepsRows) {
   test_support::TestHost machine;
   const store::Environment environment{.drives = &machine.drives, .link_folder = nullptr};
   const std::string path = "C:\\veche.mdb";
+  machine.files.CreateFolders("C:\\");
   store::layout::Database layout =
       store::layout::Read(machine.files, test_support::DataFolder(machine.files), "comun");
   store::layout::Database older = layout;
