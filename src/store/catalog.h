@@ -13,9 +13,9 @@ struct ColumnDefinition {
   std::string name;
   ColumnType type = ColumnType::kText;
   int size = 0;  ///< characters of a text column
-  std::string
-      description;  ///< shown to the user; a described column of Intrastat takes part in import templates
-  std::string default_text;  ///< expression text as the engine shows it ("\"RO\"", 0)
+  /// Shown to the user; a described column of Intrastat takes part in import templates.
+  std::string description = {};
+  std::string default_text = {};  ///< expression text as the engine shows it ("\"RO\"", 0)
   bool required = false;
   bool primary_key = false;
 };

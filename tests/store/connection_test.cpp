@@ -1,0 +1,165 @@
+#include "store/connection.h"
+
+#include "store/store_fixture.h"
+
+namespace store {
+namespace {
+
+using testing::HasSubstr;
+
+class ConnectionTest : public StoreTest {
+ protected:
+  std::string OpenFailure(const std::string& text) {
+    Connection connection(environment);
+    const std::string reason = ErrorOf(kIntegrity, [&] { connection.Open(text); });
+    EXPECT_FALSE(connection.is_open());
+    return reason;
+  }
+};
+
+TEST_F(ConnectionTest, TellsWhyAFileCannotBeOpened) {
+  EXPECT_THAT(OpenFailure(JetString(Path("lipsa.mdb"))), HasSubstr("Nu exista fisierul C:\\Date\\lipsa.mdb"));
+  EXPECT_THAT(OpenFailure(JetString("C:\\Alta\\x.mdb")), HasSubstr("Folderul"));
+  WriteFile("access.mdb", std::string("\0\1\0\0Standard Jet DB\0", 20) + std::string(4096, 'x'));
+  EXPECT_THAT(OpenFailure(JetString(Path("access.mdb"))), HasSubstr("Access"));
+  WriteFile("text.mdb", "acesta nu este un fisier de date, ci un text oarecare");
+  EXPECT_THAT(OpenFailure(JetString(Path("text.mdb"))), HasSubstr("nu este o baza de date"));
+  WriteFile("gol.mdb", "");
+  EXPECT_THAT(OpenFailure(JetString(Path("gol.mdb"))), HasSubstr("gol"));
+  WriteFile("stricat.mdb", std::string("SQLite format 3\0", 16) + std::string(4080, '\xAA'));
+  EXPECT_THAT(OpenFailure(JetString(Path("stricat.mdb"))), HasSubstr("C:\\Date\\stricat.mdb"));
+  OpenFailure("Provider=Microsoft.Jet.OLEDB.4.0");
+}
+
+TEST_F(ConnectionTest, RefusesWorkOnceClosed) {
+  auto db = CreateAndOpen("a.mdb");
+  CreateLines(db->catalog());
+  Recordset rows = db->QueryForUpdate("SELECT * FROM Linii");
+  db->Close();
+  db->Close();
+  ErrorOf(kObjectClosed, [&] { db->Execute("DELETE FROM Linii"); });
+  ErrorOf(kObjectClosed, [&] { db->Scalar("SELECT 1"); });
+  ErrorOf(kObjectClosed, [&] { rows.AddNew(); });
+  // Not even on the next file that the connection opens.
+  Create("b.mdb");
+  db->Open(JetString(Path("b.mdb")));
+  CreateLines(db->catalog());
+  ErrorOf(kObjectClosed, [&] { rows.AddNew(); });
+}
+
+TEST_F(ConnectionTest, WritesFailCleanlyOnAFileOpenedForReading) {
+  CreateLines(CreateAndOpen("a.mdb")->catalog());
+  Connection db(environment);
+  db.Open("Data Source='C:\\Date\\a.mdb';Mode=Read");
+  EXPECT_EQ(db.Query("SELECT * FROM Linii").record_count(), 0);
+  EXPECT_THAT(ErrorOf(kIntegrity, [&] { db.Execute("INSERT INTO Linii(Cod) VALUES('1')"); }),
+              HasSubstr("poate fi doar citit"));
+  Recordset rows = db.QueryForUpdate("SELECT * FROM Linii");
+  rows.AddNew();
+  rows.Set("Cod", "1");
+  ErrorOf(kIntegrity, [&] { rows.Update(); });
+  EXPECT_TRUE(rows.pending());
+  ErrorOf(kIntegrity, [&] { db.catalog().CreateLink({"Legata", "b.mdb", "x"}); });
+}
+
+TEST_F(ConnectionTest, ReportsAFileLockedByAnotherProgram) {
+  auto first = CreateAndOpen("a.mdb");
+  CreateLines(first->catalog());
+  auto second = OpenFile("a.mdb");
+  first->Begin();
+  first->Execute("INSERT INTO Linii(Cod) VALUES('1')");
+  EXPECT_THAT(ErrorOf(kIntegrity, [&] { second->Execute("INSERT INTO Linii(Cod) VALUES('2')"); }),
+              HasSubstr("C:\\Date\\a.mdb este folosit de alt program"));
+  EXPECT_EQ(second->Scalar("SELECT COUNT(*) FROM Linii"), Value(0));
+  first->Commit();
+  second->Execute("INSERT INTO Linii(Cod) VALUES('2')");
+  EXPECT_EQ(first->Scalar("SELECT COUNT(*) FROM Linii"), Value(2));
+}
+
+TEST_F(ConnectionTest, NestedTransactionsAreOne) {
+  auto db = CreateAndOpen("a.mdb");
+  CreateLines(db->catalog());
+  {
+    Transaction outer(*db);
+    db->Execute("INSERT INTO Linii(Cod) VALUES('1')");
+    Transaction inner(*db);
+    db->Execute("INSERT INTO Linii(Cod) VALUES('2')");
+    inner.Commit();
+    EXPECT_TRUE(db->in_transaction());
+  }
+  EXPECT_FALSE(db->in_transaction());
+  EXPECT_EQ(db->Scalar("SELECT COUNT(*) FROM Linii"), Value(0));
+  db->Begin();
+  db->Execute("INSERT INTO Linii(Cod) VALUES('3')");
+  ErrorOf(kIntegrity, [&] { db->Execute("INSERT INTO Linii(Tara) VALUES('DE')"); });  // Cod is required
+  db->Execute("INSERT INTO Linii(Cod) VALUES('4')");
+  db->Commit();
+  EXPECT_EQ(Rows(db->Query("SELECT Cod FROM Linii ORDER BY Cod")), "3;4");
+  ErrorOf(kIntegrity, [&] { db->Commit(); });
+  db->Rollback();
+}
+
+TEST_F(ConnectionTest, AFailingStatementChangesNothing) {
+  auto db = CreateAndOpen("a.mdb");
+  CreateLines(db->catalog());
+  db->catalog().CreateIndex("Unic", "Linii", {"Cod"}, true);
+  for (const char* code : {"a", "b", "c"}) {
+    db->Execute(fmt::format("INSERT INTO Linii(Cod, Nr) VALUES('{}', 1)", code));
+  }
+  EXPECT_THAT(ErrorOf(kIntegrity, [&] { db->Execute("UPDATE Linii SET Nr = 2, Cod = 'x'"); }),
+              HasSubstr("Cod"));
+  ErrorOf(kIntegrity, [&] { db->Execute("INSERT INTO Linii(Cod) VALUES('A')"); });  // same text to the engine
+  EXPECT_EQ(Rows(db->Query("SELECT Cod, Nr FROM Linii ORDER BY Record_ID")), "a|1;b|1;c|1");
+  EXPECT_EQ(db->Execute("UPDATE Linii SET Nr = 3 WHERE Cod <> 'b'"), 2);
+  EXPECT_EQ(db->Execute("DELETE FROM Linii"), 3);
+}
+
+TEST_F(ConnectionTest, ProbesReuseOneStatementWithOtherValues) {
+  auto db = CreateAndOpen("a.mdb");
+  CreateLines(db->catalog());
+  db->Execute("INSERT INTO Linii(Cod, Nr, Data) VALUES('O''Neil', 7, #2024-03-05#)");
+  EXPECT_FALSE(db->Any("SELECT * FROM Linii WHERE Cod = 'x'"));
+  EXPECT_TRUE(db->Any("SELECT * FROM Linii WHERE Cod = 'O''Neil'"));
+  EXPECT_TRUE(db->Any("SELECT * FROM Linii WHERE Cod = \"o'neil\""));
+  EXPECT_TRUE(db->Any("SELECT * FROM Linii WHERE Data > #3-4-24#"));
+  EXPECT_FALSE(db->Any("SELECT * FROM Linii WHERE Data > #3-5-24#"));
+  EXPECT_EQ(db->Scalar("SELECT Nr FROM Linii WHERE Cod = 'x'"), std::nullopt);
+  EXPECT_EQ(db->Scalar("SELECT Descriere FROM Linii"), Value());
+  EXPECT_EQ(db->Scalar("SELECT Bifat FROM Linii"), Value(false));
+  EXPECT_EQ(db->Scalar("SELECT Data FROM Linii"), Value(Date{45356}));
+  // The number of rows is part of the statement, not a value of it.
+  db->Execute("INSERT INTO Linii(Cod) VALUES('b')");
+  EXPECT_EQ(db->Query("SELECT TOP 1 Cod FROM Linii").record_count(), 1);
+  EXPECT_EQ(db->Query("SELECT TOP 2 Cod FROM Linii").record_count(), 2);
+  EXPECT_EQ(db->Query("SELECT TOP 1 Cod FROM Linii").record_count(), 1);
+}
+
+TEST_F(ConnectionTest, CompactsIntoACheckedNewFile) {
+  auto db = CreateAndOpen("a.mdb");
+  CreateLines(db->catalog());
+  db->catalog().SetQuery({"Toate", "SELECT * FROM Linii"});
+  db->Begin();
+  for (int i = 0; i < 2000; ++i) db->Execute(fmt::format("INSERT INTO Linii(Cod) VALUES('{}')", i));
+  db->Commit();
+  db->Execute("DELETE FROM Linii WHERE Nr IS NULL AND Cod <> '7'");
+  db->Close();
+  ErrorOf(kIntegrity, [&] { Connection::Compact(environment, Path("a.mdb"), "C:\\Lipsa\\a.mdb"); });
+  ErrorOf(kIntegrity, [&] { Connection::Compact(environment, Path("x.mdb"), Path("b.mdb")); });
+  Connection::Compact(environment, Path("a.mdb"), Path("b.mdb"));
+  EXPECT_LT(std::filesystem::file_size(HostPath("b.mdb")), std::filesystem::file_size(HostPath("a.mdb")));
+  EXPECT_EQ(OpenFile("b.mdb")->Scalar("SELECT Cod FROM Toate"), Value("7"));
+  ErrorOf(kIntegrity, [&] { Connection::Compact(environment, Path("a.mdb"), Path("b.mdb")); });
+  EXPECT_FALSE(std::filesystem::exists(HostPath("b.mdb.tmp")));
+}
+
+TEST_F(ConnectionTest, PassingOverLeavesANote) {
+  host.errors.set_folder("C:\\Date\\");
+  auto db = CreateAndOpen("a.mdb");
+  EXPECT_FALSE(PassOver(host.errors, "test", [&] { db->Execute("DELETE FROM Lipsa"); }));
+  EXPECT_TRUE(PassOver(host.errors, "test", [] {}));
+  EXPECT_EQ(host.errors.count(), 1);
+  EXPECT_THROW(PassOver(host.errors, "test", [] { throw std::logic_error("x"); }), std::logic_error);
+}
+
+}  // namespace
+}  // namespace store
