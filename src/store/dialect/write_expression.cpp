@@ -64,6 +64,22 @@ bool CarriesCollation(const Expr& e) {
          e.source->columns[static_cast<std::size_t>(e.column)].collated;
 }
 
+bool IsLogical(const Expr& e) {
+  // One side that is true or false makes the bitwise result true or false as well.
+  return e.type.is_yes_no() || e.args[0]->type.is_yes_no() || e.args[1]->type.is_yes_no();
+}
+
+/// + - * that SQLite computes as the dialect would.
+bool IsNativeNumber(const Expr& e) {
+  if (e.op == Op::kMultiply || e.op == Op::kSubtract) return true;
+  auto number = [](const Type& type) { return type.numeric() || type.is_null(); };
+  return e.op == Op::kAdd && number(e.args[0]->type) && number(e.args[1]->type);
+}
+
+bool IsJoinedText(const Expr& e) {
+  return e.op == Op::kAdd && e.args[0]->type.is_text() && e.args[1]->type.is_text();
+}
+
 bool MayBeText(const Expr& e) { return !e.type.numeric(); }
 
 }  // namespace
@@ -121,9 +137,6 @@ void Writer::LiteralText(const Expr& e) {
       sql_ += value.ToBoolean() ? "(-1)" : "0";
       break;
     case LiteralKind::kInteger:
-      // A cast keeps a bare number in GROUP BY from meaning a place.
-      sql_ += "CAST(" + std::string(e.literal.raw) + " AS INTEGER)";
-      break;
     case LiteralKind::kNumber:
       sql_ += e.literal.raw;
       break;
@@ -268,6 +281,14 @@ void Writer::Quantified(const Expr& e) {
   sql_ += e.all ? "q.c1) IS NOT TRUE))" : "q.c1)))";
 }
 
+/// SQLite's parser nests less than a hundred deep: rows of ANDs, sums and joined texts are written flat.
+void Writer::LogicalChain(const Expr& e, Op op) {
+  if (e.op != op || !IsLogical(e)) return Condition(e);
+  LogicalChain(*e.args[0], op);
+  sql_ += op == Op::kAnd ? " AND " : " OR ";
+  LogicalChain(*e.args[1], op);
+}
+
 void Writer::Logical(const Expr& e) {
   sql_ += '(';
   switch (e.op) {
@@ -277,9 +298,7 @@ void Writer::Logical(const Expr& e) {
       break;
     case Op::kAnd:
     case Op::kOr:
-      Condition(*e.args[0]);
-      sql_ += e.op == Op::kAnd ? " AND " : " OR ";
-      Condition(*e.args[1]);
+      LogicalChain(e, e.op);
       break;
     case Op::kImp:
       sql_ += "NOT ";
@@ -298,16 +317,51 @@ void Writer::Logical(const Expr& e) {
   sql_ += ')';
 }
 
-void Writer::Binary(const Expr& e, const char* sign) {
-  sql_ += '(';
-  NumberValue(*e.args[0]);
-  sql_ += sign;
+void Writer::NumberChain(const Expr& e) {
+  const Expr& left = *e.args[0];
+  const bool product = e.op == Op::kMultiply;
+  if (IsNativeNumber(left) && (left.op == Op::kMultiply) == product) {
+    NumberChain(left);
+  } else {
+    NumberValue(left);
+  }
+  sql_ += product ? " * " : e.op == Op::kAdd ? " + " : " - ";
   NumberValue(*e.args[1]);
-  sql_ += ')';
+}
+
+void Writer::TextChain(const Expr& e) {
+  if (IsJoinedText(*e.args[0])) {
+    TextChain(*e.args[0]);
+  } else {
+    Value(*e.args[0]);
+  }
+  sql_ += " || ";
+  Value(*e.args[1]);
+}
+
+void Writer::Concat(const Expr& e) {
+  std::vector<const Expr*> parts;
+  const Expr* at = &e;
+  for (; at->op == Op::kConcat; at = at->args[0]) parts.push_back(at->args[1]);
+  parts.push_back(at);
+  std::reverse(parts.begin(), parts.end());
+  if (parts.size() > 2) sql_ += '(';
+  for (std::size_t i = 0; i < parts.size(); i += 2) {
+    sql_ += i == 0 ? "dx_cat(" : " || dx_cat(";
+    TextValue(*parts[i]);
+    sql_ += ", ";
+    if (i + 1 < parts.size()) {
+      TextValue(*parts[i + 1]);
+    } else {
+      sql_ += "''";
+    }
+    sql_ += ')';
+  }
+  if (parts.size() > 2) sql_ += ')';
 }
 
 void Writer::Call(std::string_view name, const Expr& e) {
-  const bool texts = e.op == Op::kConcat || e.op == Op::kLike;
+  const bool texts = e.op == Op::kLike;
   sql_ += name;
   sql_ += '(';
   for (std::size_t i = 0; i < e.args.size(); ++i) {
@@ -362,22 +416,21 @@ void Writer::Value(const Expr& e) {
       sql_ += ')';
       return;
     case Op::kMultiply:
-      return Binary(e, " * ");
     case Op::kSubtract:
-      return Binary(e, " - ");
-    case Op::kAdd: {
-      const Type &left = e.args[0]->type, &right = e.args[1]->type;
-      if ((left.numeric() || left.is_null()) && (right.numeric() || right.is_null())) return Binary(e, " + ");
-      if (left.is_text() && right.is_text()) {
+    case Op::kAdd:
+      if (IsNativeNumber(e)) {
         sql_ += '(';
-        Value(*e.args[0]);
-        sql_ += " || ";
-        Value(*e.args[1]);
+        NumberChain(e);
+        sql_ += ')';
+        return;
+      }
+      if (IsJoinedText(e)) {
+        sql_ += '(';
+        TextChain(e);
         sql_ += ')';
         return;
       }
       return Call("dx_plus", e);
-    }
     case Op::kPower:
       return Call("dx_pow", e);
     case Op::kDivide:
@@ -387,7 +440,7 @@ void Writer::Value(const Expr& e) {
     case Op::kModulo:
       return Call("dx_mod", e);
     case Op::kConcat:
-      return Call("dx_cat", e);
+      return Concat(e);
     case Op::kLike:
       return Call("dx_like", e);
     case Op::kNot:
@@ -441,9 +494,11 @@ void Writer::Case(const Expr& e) {
   };
   sql_ += "CASE";
   if (e.text == "IIF") {
-    when(*e.args[0], *e.args[1]);
+    const Expr* arm = &e;
+    for (; arm->op == Op::kFunction && arm->text == "IIF"; arm = arm->args[2])
+      when(*arm->args[0], *arm->args[1]);
     sql_ += " ELSE ";
-    Value(*e.args[2]);
+    Value(*arm);
   } else if (e.text == "SWITCH") {
     for (std::size_t i = 0; i + 1 < e.args.size(); i += 2) when(*e.args[i], *e.args[i + 1]);
   } else {  // CHOOSE

@@ -203,7 +203,14 @@ void Writer::WriteBody(const Select& select, bool with_order) {
   }
   for (std::size_t i = 0; i < select.group_by.size(); ++i) {
     sql_ += i == 0 ? " GROUP BY " : ", ";
-    CollatedValue(*select.group_by[i]);
+    const Expr& e = *select.group_by[i];
+    if (IsConstant(e)) {
+      sql_ += "CAST(";  // a bare number would mean a place
+      Value(e);
+      sql_ += " AS TEXT)";
+    } else {
+      CollatedValue(e);
+    }
   }
   if (select.having != nullptr) {
     // SQLite wants a GROUP BY before HAVING; a constant makes one group, but none of no rows.

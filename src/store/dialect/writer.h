@@ -43,7 +43,10 @@ class Writer {
   void NumberValue(const Expr& e);  ///< texts read as numbers
   void CollatedValue(const Expr& e);
   void LiteralText(const Expr& e);
-  void Binary(const Expr& e, const char* sign);
+  void NumberChain(const Expr& e);
+  void TextChain(const Expr& e);
+  void Concat(const Expr& e);
+  void LogicalChain(const Expr& e, Op op);
   void Call(std::string_view name, const Expr& e);
   void Comparison(const Expr& left, Op op, const Expr& right);
   void Between(const Expr& e);
