@@ -119,7 +119,10 @@ class Converter {
     std::size_t left = copy.size();
     char* to = buffer;
     std::size_t room = sizeof buffer;
-    if (iconv(handle_, &from, &left, &to, &room) == static_cast<std::size_t>(-1) || left != 0) return false;
+    constexpr auto kFailed = static_cast<std::size_t>(-1);
+    if (iconv(handle_, &from, &left, &to, &room) == kFailed || left != 0) return false;
+    // Pages with combining marks (1258) hold a letter back until they know what follows.
+    if (iconv(handle_, nullptr, nullptr, &to, &room) == kFailed) return false;
     out.append(buffer, sizeof buffer - room);
     return true;
   }

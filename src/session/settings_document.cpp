@@ -97,14 +97,14 @@ const char* ReasonOf(pugi::xml_parse_status status) {
 
 /// Past the comment, CDATA section, instruction or declaration that begins at `at` with "<!" or "<?".
 std::size_t SkipMarkup(std::string_view bytes, std::size_t at) {
-  const auto behind = [&](std::string_view end) {
-    const std::size_t found = bytes.find(end, at);
+  const auto behind = [&](std::string_view end, std::size_t opening) {
+    const std::size_t found = bytes.find(end, at + opening);
     return found == std::string_view::npos ? bytes.size() : found + end.size();
   };
-  if (bytes.substr(at, 4) == "<!--") return behind("-->");
-  if (bytes.substr(at, 9) == "<![CDATA[") return behind("]]>");
-  if (bytes.substr(at, 2) == "<?") return behind("?>");
-  return behind(">");
+  if (bytes.substr(at, 4) == "<!--") return behind("-->", 4);
+  if (bytes.substr(at, 9) == "<![CDATA[") return behind("]]>", 9);
+  if (bytes.substr(at, 2) == "<?") return behind("?>", 2);
+  return behind(">", 2);
 }
 
 /// Past the ">" of the tag whose "<" or name is at `at`.

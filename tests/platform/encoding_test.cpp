@@ -23,6 +23,7 @@ TEST(EncodingTest, PagesAndTheirHoles) {
   EXPECT_EQ(FromCodePage("\x82", 437), "é");
   EXPECT_EQ(FromCodePage("\x8A\xE4", 10029), "äš");
   EXPECT_EQ(FromCodePage("\xE9", 9999), "é");
+  EXPECT_EQ(FromCodePage("a\xE9", 1258), "aé");
   EXPECT_EQ(FromCodePage("\x93\xFA\x96{A", 932), "日本A");
   EXPECT_EQ(ToCodePage("日A€", 932), "\x93\xFA\x41?");
   EXPECT_EQ(ToCodePage("Ж€x", 1250), "?\x80x");

@@ -84,10 +84,12 @@ TEST_F(ConnectionsTest, CompactionReplacesTheFileAndLeavesTheScratchCopy) {
   test_.files.CreateFolders("C:\\Date\\CompactDB");
   test_.files.Replace("C:\\Date\\CompactDB\\RO1.mdb", "left by an earlier run");
   OpenCompanyConnection(session_, session_.current.database_path);
+  session_.company.Begin();
   for (int i = 0; i < 200; ++i) {
     session_.company.Execute("INSERT INTO Linii (N, T) VALUES (" + std::to_string(i) + ",'" +
                              std::string(200, 'x') + "')");
   }
+  session_.company.Commit();
   session_.company.Execute("DELETE FROM Linii WHERE N > 0");
   const std::uint64_t before = test_.files.Size("C:\\Date\\RO1.mdb");
   test_.prompter.ExpectInfo("Se va compacta baza de date: \r\nC:\\Date\\RO1.mdb\r\nAstepati va rog .....");
