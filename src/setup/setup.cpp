@@ -57,6 +57,7 @@ class Layer {
 
   Outcome Run() {
     AddFolders();
+    RemoveDrafts();
     AddPlainFiles();
     AddTariffs();
     AddCommon();
@@ -73,6 +74,15 @@ class Layer {
       if (host_.files.FolderExists(path)) continue;
       host_.files.CreateFolders(path);
       outcome_.added.push_back(path);
+    }
+  }
+
+  /// Unfinished databases that a killed run left behind.
+  void RemoveDrafts() {
+    for (const std::string& folder : {database_, database_ + "CN\\"}) {
+      for (const std::string& name : host_.files.List(folder)) {
+        if (name.find(layout::kDraftSuffix) != std::string::npos) host_.files.Remove(folder + name);
+      }
     }
   }
 
@@ -161,8 +171,12 @@ class Layer {
       }
     });
     for (const std::string& file : files) {
-      if (!file.empty() && host_.files.Exists(database_ + file))
+      if (file.empty() || !host_.files.Exists(database_ + file)) continue;
+      try {
         CompleteFile(database_ + file, company_layout_);
+      } catch (const platform::FileError& error) {  // one company's trouble is not the others'
+        outcome_.notes.push_back(error.what());
+      }
     }
   }
 

@@ -141,8 +141,26 @@ TEST(Setup, ErrorsNameTheFileAndLeaveNothingHalfDone) {
   EXPECT_FALSE(full.files.Exists(Installation::InDataBase("goala.mdb")));
   EXPECT_FALSE(full.files.Exists(Installation::InDataBase("goala.mdb.nou")));
   full.files.refuses = nullptr;
+  full.files.Replace(Installation::InDataBase("goala.mdb.nou"), "what a killed run left");
   LayDown(full, kDefaultRoot, test_support::DataFolder(full.files));
+  EXPECT_FALSE(full.files.Exists(Installation::InDataBase("goala.mdb.nou")));
   EXPECT_TRUE(full.files.Exists(Installation::InDataBase("goala.mdb")));
+}
+
+TEST(Setup, ADamagedCompanyFileIsNotedAndTheRestGoesOn) {
+  Installation at(Installation::State::kCommonOpen);
+  at.session.common.Close();
+  at.files().Replace(Installation::InDataBase("RO123456.mdb"), "damaged");
+  at.files().Remove(Installation::InDataBase("goala.mdb"));
+  const std::string data = store::layout::FindDataFolder(at.files(), "C:\\Program");
+  const Outcome outcome = LayDown(at.machine, kDefaultRoot, data);
+  ASSERT_EQ(outcome.notes.size(), 1u);
+  EXPECT_THAT(outcome.notes[0], HasSubstr("RO123456.mdb"));
+  EXPECT_THAT(outcome.added, ElementsAre(Installation::InDataBase("goala.mdb")));
+  EXPECT_EQ(at.files().Read(Installation::InDataBase("RO123456.mdb")), "damaged");
+
+  at.files().Remove(Installation::InDataBase("RO123456.mdb"));
+  EXPECT_THAT(LayDown(at.machine, "D:\\Altundeva", data).notes, ElementsAre(HasSubstr("alt director")));
 }
 
 TEST(Setup, DeliveredTariffAnswersLookups) {

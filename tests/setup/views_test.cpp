@@ -57,9 +57,9 @@ TEST(ExportViews, GroupByPartnerInOrderOfFirstLine) {
     return text;
   };
   EXPECT_EQ(items("Intrastat_Sursa_Generare_O", ", VAT_ID1,Country_VAT_ID", ""),
-            "1 94036010 1.5 DE:123\n2 01012100 5 FR: 9\n4 94036010 7 DE:456\n5 94036010 9 QV:\n");
+            "1 94036010 1.5 DE:123\n2 01012100 5 FR:9\n4 94036010 7 DE:456\n5 94036010 9 QV:\n");
   EXPECT_EQ(items("Intrastat_Sursa_Generare_Detaliu", ",VAT_ID1,Country_VAT_ID", ""),
-            "1 94036010 0.7 DE:123\n2 01012100 5 FR: 9\n3 94036010 0.8 DE:123\n4 94036010 7 DE:456\n5 "
+            "1 94036010 0.7 DE:123\n2 01012100 5 FR:9\n3 94036010 0.8 DE:123\n4 94036010 7 DE:456\n5 "
             "94036010 9 QV:\n");
   EXPECT_EQ(items("Intrastat_Sursa_Generare", "", " ORDER BY Cod_NC"), "2 01012100 5\n1 94036010 17.5\n");
 }

@@ -113,7 +113,7 @@ std::vector<std::string> Complete(Connection& connection, const Database& layout
 
 void Build(const Environment& environment, platform::Files& files, std::string_view path,
            const Database& layout, const std::function<void(Connection&)>& fill) {
-  const std::string draft = std::string(path) + ".nou";
+  const std::string draft = std::string(path.substr(0, path.rfind('.'))) + kDraftSuffix;
   files.Remove(draft);
   try {
     Connection::CreateDatabase(environment, draft);

@@ -48,7 +48,11 @@ Database Read(const platform::Files& files, std::string_view data_folder, std::s
 /// changes or drops anything else. One transaction. Answers what it added ("Tabela", "Tabela.Coloana").
 std::vector<std::string> Complete(Connection& connection, const Database& layout);
 
-/// Builds a new database file beside `path`, fills it and puts it in place as a whole, over an existing one.
+/// Ends the name of a database that Build has not finished.
+inline constexpr char kDraftSuffix[] = ".mdb.nou";
+
+/// Builds a new database file (".mdb") beside `path`, fills it and puts it in place as a whole, over an
+/// existing one.
 void Build(const Environment& environment, platform::Files& files, std::string_view path,
            const Database& layout, const std::function<void(Connection&)>& fill);
 
