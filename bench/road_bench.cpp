@@ -1,0 +1,228 @@
+// The whole road of a large worksheet (import, check, export) against the floor of what any implementation
+// must do. Prints a Markdown table of ratios; absolute seconds are of this machine and only for orientation.
+//
+//   road_bench                       6,500 and 65,000 rows
+//   road_bench make FILE ROWS        only writes the worksheet (its own process, so that peak memory is the
+//   road's) road_bench run FILE ROWS DATA    one measured run
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "calc/checker.h"
+#include "calc/rates.h"
+#include "companies/register.h"
+#include "declarations/export.h"
+#include "floor.h"
+#include "import/run.h"
+#include "import/template_rows.h"
+#include "import/templates.h"
+#include "peak_memory.h"
+#include "setup/setup.h"
+#include "support/test_host.h"
+#include "support/xls_writer.h"
+#include "tariff/lookup.h"
+
+namespace {
+
+constexpr char kSheet[] = "Sheet1";
+
+struct SheetColumn {
+  const char* name;  ///< heading, which is also the line column
+};
+constexpr const char* kColumns[] = {
+    "DataReceptiei", "Descriere",    "Cod_NC",      "Cantitate", "UM",        "Valoare_Valuta",
+    "Moneda",        "Curs_Schimb",  "Val_Fiscala", "Val_Stat",  "Tara_Orig", "Tara_Exp",
+    "Net",           "Cod_UMS",      "Val_UMS",     "Nat_Tranz", "Incoterms", "Mod_Transp",
+    "Factura_Numar", "Factura_Data", "VAT_ID",      "PU"};
+
+/// Codes of the delivered tariff, with and without a supplementary unit.
+std::vector<std::string> Codes(const std::string& data_folder) {
+  std::vector<std::string> codes;
+  std::FILE* file = std::fopen((data_folder + "/tarif/2026.txt").c_str(), "rb");
+  if (file == nullptr) throw std::runtime_error("no tariff list in " + data_folder);
+  char line[512];
+  while (std::fgets(line, sizeof line, file) != nullptr) {
+    const std::string text = line;
+    const auto colon = text.find(':');
+    if (text[0] == '#' || colon == std::string::npos) continue;
+    for (std::size_t at = colon + 2; at + 4 <= text.size(); at += 5)
+      codes.push_back(text.substr(0, 4) + text.substr(at, 4));
+  }
+  std::fclose(file);
+  return codes;
+}
+
+void MakeWorksheet(const std::string& path, unsigned rows, const std::string& data_folder) {
+  const std::vector<std::string> codes = Codes(data_folder);
+  const char* const origins[] = {"DE", "CN", "IT", "tr", "US", "FR", "JP", "PL"};
+  const char* const senders[] = {"DE", "IT", "FR", "PL", "HU"};
+  const char* const terms[] = {"CPT", "EXW", "DAP"};
+  test_support::XlsWriter book;
+  auto& sheet = book.AddSheet(kSheet);
+  for (unsigned column = 0; column < std::size(kColumns); ++column) sheet.Text(0, column, kColumns[column]);
+  for (unsigned row = 1; row <= rows; ++row) {
+    const unsigned n = row - 1;
+    const std::string& code = codes[(n * 7919u) % 3000u % codes.size()];
+    sheet.Date(row, 0, 46082 + n % 28);
+    sheet.Text(row, 1, fmt::format("Reper {} pentru montaj", n % 4000));
+    sheet.Text(row, 2,
+               n % 3 == 0 ? code.substr(0, 4) + "." + code.substr(4, 2) + "-" + code.substr(6) : code);
+    sheet.Number(row, 3, 1 + n % 50);
+    sheet.Text(row, 4, "BUC");
+    sheet.FormulaNumber(row, 5, 10.25 + n % 977);
+    sheet.Text(row, 6, n % 2 ? "EUR" : "eur");
+    sheet.Number(row, 7, 0);
+    sheet.Number(row, 8, n % 4 ? 0 : 150.5 + n % 31);
+    sheet.Number(row, 9, n % 4 ? 0 : 150.5 + n % 31);
+    sheet.Text(row, 10, origins[n % 8]);
+    sheet.Text(row, 11, senders[n % 5]);
+    sheet.Number(row, 12, 1.5 + n % 211);
+    // Cod_UMS and Val_UMS stay empty; the tariff fills them.
+    sheet.Text(row, 15, "1.1");
+    sheet.Text(row, 16, terms[n % 3]);
+    sheet.Text(row, 17, "3");
+    sheet.Text(row, 18, fmt::format("F{:06}", n / 20));
+    sheet.Date(row, 19, 46080 + n % 28);
+    sheet.Text(row, 20, fmt::format("DE{:09}", n % 700));
+    sheet.Number(row, 21, 1.125 + n % 97);
+  }
+  book.Save(path);
+}
+
+/// Answers everything with Yes and keeps what was said for the case that a step is refused.
+class BenchPrompter : public platform::Prompter {
+ public:
+  void Message(std::string_view text, std::string_view, platform::Icon) override { last = text; }
+  bool Ask(std::string_view text, std::string_view, platform::Icon) override {
+    last = text;
+    return true;
+  }
+  std::string last;
+};
+
+struct Measured {
+  double import = 0, check = 0, export_file = 0;
+  double total() const { return import + check + export_file; }
+  std::size_t rows = 0;
+  double peak_mib = 0;
+  bench::Floor floor;
+};
+
+Measured RunRoad(const std::string& worksheet, unsigned rows, const std::string& data_folder) {
+  test_support::TempFolder folder;
+  platform::Drives drives{folder.path()};
+  platform::Files files{drives};
+  platform::SystemClock clock;
+  BenchPrompter prompter;
+  platform::SilentProgress progress;
+  platform::ErrorLog errors{files, clock};
+  platform::Host host{files, clock, prompter, progress, errors};
+
+  const auto must = [&](bool done, const char* step) {
+    if (!done) throw std::runtime_error(fmt::format("{}: {}", step, prompter.last));
+  };
+  setup::LayDown(host, setup::kDefaultRoot, drives.FromHost(data_folder));
+  session::Session session{host};
+  session.ReadSettings("C:\\Declarix\\");
+  session::OpenCommonConnection(session);
+  companies::Fields fields = companies::NewCompany();
+  fields.Set("Cod_Fiscal", "RO123456");
+  fields.Set("Nume_Firma", "PROBA SRL");
+  fields.Set("ValoareStatistica", "1");
+  must(companies::CreateCompany(session, fields), "company");
+  calc::AddRate(session, "EUR", store::Date{46050}, 4.9751, 1);
+  importer::TemplateEditor editor{session};
+  editor.New();
+  editor.header().Set("Nume_Structura", "Proba");
+  editor.header().Set("TIP", "ACHIZITIE");
+  editor.header().Set("Work_Sheet_Name", kSheet);
+  must(editor.Save(), "template");
+  for (std::size_t i = 0; i < std::size(kColumns); ++i) {
+    importer::RowChange change;
+    change.Numar_Coloana = static_cast<int>(i) + 1;
+    importer::ChangeRow(session, "Proba", kColumns[i], change);
+  }
+
+  Measured measured;
+  importer::Inputs inputs;
+  inputs.Anul = 2026;
+  inputs.Luna = 3;
+  inputs.path = drives.FromHost(worksheet);
+  inputs.sheet = kSheet;
+  inputs.Cod_Fiscal = "RO123456";
+  inputs.Nume_Structura = "Proba";
+  inputs.tip_operatiune = "I-ACHIZITIE";
+  double start = bench::Seconds();
+  const importer::Result result = importer::Run(session, inputs);
+  measured.import = bench::Seconds() - start;
+  must(result.outcome == importer::Outcome::kDone && result.saved == rows, "import");
+
+  const declarations::Identity identity{"I", "RO123456", 2026, 3};
+  int month = 3, year = 2026;
+  must(tariff::ConexiuneTarif(session, month, year), "tariff");
+  start = bench::Seconds();
+  must(calc::Verifica_Declaratie(session, "I", 2026, 3, true, {}), "check");
+  measured.check = bench::Seconds() - start;
+
+  // The export runs the checker again before it writes; both count.
+  declarations::ExportRequest request;
+  request.identity = identity;
+  request.header = declarations::ReadEditorDefaults(session).header;
+  request.Check_ValStatistica = true;
+  start = bench::Seconds();
+  const declarations::ExportResult exported = declarations::ExportDeclaration(session, request, {});
+  measured.export_file = bench::Seconds() - start;
+  must(exported.outcome == declarations::ExportOutcome::kWritten, "export");
+
+  measured.peak_mib = bench::PeakMemoryMiB();
+  measured.rows = rows;
+  session.company.Close();
+  const std::string database = drives.ToHost("C:\\Declarix\\System\\DataBase\\RO123456.mdb").string();
+  measured.floor =
+      bench::MeasureFloor(worksheet, kSheet, bench::ReadRaw(database, "Intrastat"), folder.path().string());
+  return measured;
+}
+
+void Print(const Measured& m) {
+  const double floor = m.floor.total();
+  fmt::print(
+      "| {} | {:.2f} | {:.2f} | {:.2f} | {:.2f} | {:.2f} | {:.0f} | {:.2f} = {:.2f} + {:.2f} + {:.2f} | {} "
+      "|\n",
+      m.rows, m.import / floor, m.check / floor, m.export_file / floor, m.total() / floor, m.total(),
+      m.peak_mib, floor, m.floor.read_cells, m.floor.insert, m.floor.aggregate, m.floor.items);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string data_folder = DECLARIX_SOURCE_DIR "/data";
+  try {
+    if (argc == 4 && std::string_view(argv[1]) == "make") {
+      MakeWorksheet(argv[2], static_cast<unsigned>(std::atoi(argv[3])), data_folder);
+      return 0;
+    }
+    if (argc == 4 && std::string_view(argv[1]) == "run") {
+      Print(RunRoad(argv[2], static_cast<unsigned>(std::atoi(argv[3])), data_folder));
+      return 0;
+    }
+    fmt::print(
+        "| rows | import / F | check / F | check + export / F | all / F | seconds | peak MiB | F = read + "
+        "insert + aggregate, s | items |\n");
+    fmt::print("|---|---|---|---|---|---|---|---|---|\n");
+    std::fflush(stdout);
+    test_support::TempFolder folder;
+    for (const int rows : {6500, 65000}) {
+      const std::string sheet = (folder.path() / fmt::format("proba{}.xls", rows)).string();
+      for (const std::string& command : {fmt::format("'{}' make '{}' {}", argv[0], sheet, rows),
+                                         fmt::format("'{}' run '{}' {}", argv[0], sheet, rows)}) {
+        if (std::system(command.c_str()) != 0) return 1;
+      }
+    }
+  } catch (const std::exception& error) {
+    fmt::print(stderr, "road_bench: {}\n", error.what());
+    return 1;
+  }
+  return 0;
+}
