@@ -182,7 +182,8 @@ TEST_F(DialectSelect, Subqueries) {
 
 TEST_F(DialectSelect, Unions) {
   EXPECT_EQ(
-      Run("SELECT Cod FROM Tari WHERE UE UNION SELECT Tara FROM Linii WHERE Tara IS NOT NULL ORDER BY Cod"),
+      RunUpper(
+          "SELECT Cod FROM Tari WHERE UE UNION SELECT Tara FROM Linii WHERE Tara IS NOT NULL ORDER BY Cod"),
       "DE;FR;RO;XX");
   EXPECT_EQ(Run("SELECT Cod FROM Tari WHERE id=1 UNION ALL SELECT Tara FROM Linii WHERE id<3 ORDER BY 1 DESC")
                 .size(),
