@@ -10,8 +10,9 @@ constexpr std::array<std::string_view, kLineColumns> kNames = {
     "Tara_Orig", "Tara_Exp", "Tara_Dest",  "Val_Fiscala", "Val_Stat",   "Net",      "Exista_UMS",
     "Cod_UMS",   "Val_UMS",  "Nat_Tranz",  "Incoterms",   "Mod_Transp", "Probleme", "VAT_ID"};
 
-bool IsTextType(store::ColumnType type) {
-  return type == store::ColumnType::kText || type == store::ColumnType::kMemo;
+/// Every value of the field is a text or Null.
+bool HoldsTexts(const store::FieldInfo& field) {
+  return field.typed && (field.type == store::ColumnType::kText || field.type == store::ColumnType::kMemo);
 }
 
 }  // namespace
@@ -24,14 +25,15 @@ CheckedLines::CheckedLines(store::Recordset lines, platform::ErrorLog& log)
     if (fields_[at] < 0) {
       log_->Write("Verifica_Declaratie", "interogarea nu are coloana " + std::string(kNames[at]));
     } else {
-      is_text_[at] = IsTextType(lines_.field(fields_[at]).type);
+      is_text_[at] = HoldsTexts(lines_.field(fields_[at]));
     }
   }
 }
 
 bool CheckedLines::EmptyAt(int position) const {
   if (position >= lines_.field_count() || lines_.IsNull(position)) return true;
-  return IsTextType(lines_.field(position).type) && store::IsEmpty(lines_.TextView(position));
+  if (HoldsTexts(lines_.field(position))) return store::IsEmpty(lines_.TextView(position));
+  return store::IsEmpty(lines_.Get(position));
 }
 
 std::string_view CheckedLines::NameAt(int position) const {

@@ -72,7 +72,8 @@ class ItemReader {
 
   std::string_view Text(int field, std::string& scratch) {
     if (field < 0 || rows_->IsNull(field)) return "";
-    if (rows_->field(field).type == store::ColumnType::kText) return rows_->TextView(field);
+    const store::FieldInfo& info = rows_->field(field);
+    if (info.typed && info.type == store::ColumnType::kText) return rows_->TextView(field);
     scratch = rows_->Get(field).ToText();
     return scratch;
   }
@@ -90,6 +91,7 @@ void WriteItems(session::Session& session, const ExportRequest& request, XmlWrit
         request.Check_XML_Detaliat));
     const std::int64_t count = rows.record_count();
     const bool with_partner = !request.identity.arrivals() && request.identity.Anul >= 2015;
+    writer.ExpectItems(count);
     ItemReader reader(rows);
     for (; !rows.eof(); rows.MoveNext()) {
       const Item item = reader.Current();

@@ -48,12 +48,18 @@ class XmlWriter {
   /// `time`: what follows year and month in the creation stamp.
   void DeclarationHeader(const Header& header, std::string_view time);
   void AddItem(const Item& item);
+  /// Makes room for that many more items at once.
+  void ExpectItems(std::int64_t count) {
+    text_.reserve(text_.size() + static_cast<std::size_t>(count) * kItemBytes);
+  }
   void CloseRoot();
 
   int item_count() const { return items_; }
   const std::string& text() const { return text_; }
 
  private:
+  static constexpr std::size_t kItemBytes = 1000;  ///< a usual item takes somewhat less
+
   void Line(int indent, std::string_view text);
   void Element(int indent, std::string_view name, std::string_view value);
   void Open(int indent, std::string_view name);
