@@ -28,7 +28,7 @@ Item SampleItem() {
   item.Tara_Dest = "IT";
   item.Cod_UMS = "p/st";
   item.Country_VAT_ID = "IT";
-  item.VAT_ID1 = "00743110157";
+  item.VAT_ID1 = "01234567890";
   item.Val_Fiscala1 = 12.5;
   item.Val_Stat1 = 13.5;
   item.Net1 = 12.49;
@@ -164,7 +164,7 @@ TEST(XmlWriter, DispatchesNameOriginAndPartnerFrom2015) {
   EXPECT_NE(from.text().find(Lines({"                <CountryOfOrigin>CN</CountryOfOrigin>",
                                     "                <CountryOfDestination>IT</CountryOfDestination>",
                                     "                <PartnerCountryCode>IT</PartnerCountryCode>",
-                                    "                <PartnerVatNr>00743110157</PartnerVatNr>"})),
+                                    "                <PartnerVatNr>01234567890</PartnerVatNr>"})),
             std::string::npos);
 }
 
