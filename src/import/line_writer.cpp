@@ -166,7 +166,7 @@ void LineWriter::FillFromTariff() {
   Set(descriere_nc_, answer.description);
   Set(cod_ums_, answer.unit);
   const bool has_unit = answer.flag != "0";
-  Set(exista_ums_, has_unit);
+  Set(exista_ums_, answer.flag);
   if (has_unit) {
     Set(val_ums_, RoundStored(lines_->Get(cantitate_).ToDouble(), 0));
   } else {
