@@ -56,7 +56,7 @@ ConversionFailure ToInteger(const Value& value, ColumnType type, std::int64_t lo
   return {};
 }
 
-ConversionFailure ToReal(const Value& value, ColumnType type, Cell& cell) {
+ConversionFailure ToReal(const Value& value, ColumnType type, int size, Cell& cell) {
   const std::optional<double> number = NumberOf(value);
   if (!number || !std::isfinite(*number)) return NotThisType(value, type);
   double result = *number;
@@ -68,6 +68,12 @@ ConversionFailure ToReal(const Value& value, ColumnType type, Cell& cell) {
   } else if (type == ColumnType::kCurrency) {
     if (std::abs(result) > kCurrencyLimit) return OutOfRange(value, "unei sume");
     result = RoundHalfEven(result, 4);
+  } else if (type == ColumnType::kDecimal) {
+    result = RoundHalfEven(result, DecimalScale(size));
+    if (std::abs(result) >= std::pow(10.0, DecimalPrecision(size) - DecimalScale(size))) {
+      return OutOfRange(value,
+                        fmt::format("{} cifre, {} zecimale", DecimalPrecision(size), DecimalScale(size)));
+    }
   }
   cell = Cell::Double(result);
   return {};
@@ -149,7 +155,7 @@ ConversionFailure ConvertForColumn(const Value& value, ColumnType type, int size
     case ColumnType::kDouble:
     case ColumnType::kCurrency:
     case ColumnType::kDecimal:
-      return ToReal(value, type, cell);
+      return ToReal(value, type, size, cell);
     case ColumnType::kDateTime:
       return ToDate(value, cell);
     case ColumnType::kYesNo:

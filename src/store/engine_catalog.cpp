@@ -56,7 +56,7 @@ std::string Declaration(const ColumnDefinition& column) {
 
 ColumnDefinition Completed(ColumnDefinition column) {
   if (column.type == ColumnType::kText && column.size <= 0) column.size = 255;
-  if (column.type != ColumnType::kText) column.size = 0;
+  if (column.type != ColumnType::kText && column.type != ColumnType::kDecimal) column.size = 0;
   return column;
 }
 

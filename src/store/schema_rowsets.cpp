@@ -6,7 +6,7 @@ namespace store {
 
 namespace {
 
-int PrecisionOf(ColumnType type) {
+int PrecisionOf(ColumnType type, int size) {
   switch (type) {
     case ColumnType::kByte:
       return 3;
@@ -22,7 +22,7 @@ int PrecisionOf(ColumnType type) {
     case ColumnType::kCurrency:
       return 19;
     default:
-      return 28;
+      return DecimalPrecision(size);
   }
 }
 
@@ -40,7 +40,7 @@ SchemaColumn Row(std::string_view table, int ordinal, const ColumnDefinition& co
   if (column.type == ColumnType::kText) row.character_maximum_length = column.size;
   if (column.type == ColumnType::kMemo) row.character_maximum_length = 0;
   if (column.type == ColumnType::kDateTime) row.datetime_precision = 0;
-  if (IsNumeric(column.type)) row.numeric_precision = PrecisionOf(column.type);
+  if (IsNumeric(column.type)) row.numeric_precision = PrecisionOf(column.type, column.size);
   return row;
 }
 

@@ -102,6 +102,11 @@ enum class ColumnType : std::uint8_t {
   kYesNo,
 };
 
+/// A decimal column's size holds both of its measures; DECIMAL without them is (18, 0).
+constexpr int DecimalSize(int precision, int scale) { return precision * 100 + scale; }
+constexpr int DecimalPrecision(int size) { return size == 0 ? 18 : size / 100; }
+constexpr int DecimalScale(int size) { return size % 100; }
+
 bool IsNumeric(ColumnType type);  ///< counter to decimal
 
 }  // namespace store

@@ -44,7 +44,7 @@ Type Parser::ParseType() {
     if (SameName(candidate.name, name.text)) found = &candidate;
   }
   if (found == nullptr) FailAt("tip de date necunoscut", name.position);
-  int size = 0;
+  int size = 0, scale = 0;
   if (AcceptSign("(")) {
     auto number = [&] {
       const Token token = Take();
@@ -57,8 +57,14 @@ Type Parser::ParseType() {
       FailAt("se asteapta un numar", token.position);
     };
     size = number();
-    if (AcceptSign(",")) number();
+    if (AcceptSign(",")) scale = number();
     ExpectSign(")");
+  }
+  if (found->type == ColumnType::kDecimal && size != 0) {
+    if (size < 1 || size > 28 || scale < 0 || scale > size) {
+      FailAt("un numar zecimal are cel mult 28 de cifre", name.position);
+    }
+    return Type::Of(ColumnType::kDecimal, DecimalSize(size, scale));
   }
   if (found->type != ColumnType::kText) return Type::Of(found->type);
   if (size < 0 || size > kLongestText) FailAt("dimensiunea textului este de cel mult 255", name.position);

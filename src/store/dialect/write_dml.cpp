@@ -38,7 +38,8 @@ void Writer::Assign(const SourceColumn& target, const Type& type, bool plain_col
     case ColumnType::kCurrency:
       return call("dx_to_currency");
     case ColumnType::kDecimal:
-      return call("dx_to_decimal", ", 28, 10");
+      return call("dx_to_decimal", ", " + std::to_string(DecimalPrecision(target.size)) + ", " +
+                                       std::to_string(DecimalScale(target.size)));
     case ColumnType::kDateTime:
       return call("dx_to_date");
     case ColumnType::kYesNo:
