@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "platform/spreadsheet/table.h"
 #include "platform/spreadsheet/xls.h"
 
 namespace {
@@ -36,6 +37,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       CheckOrder sink;
       try {
         book->Read(info.name, sink);
+        const Table table =
+            ReadSheetTable(*book, info.name, {.headings = true, .mixed_as_text = size % 2 == 0});
+        if (table.columns().empty()) std::abort();
       } catch (const SheetError&) {
       }
     }

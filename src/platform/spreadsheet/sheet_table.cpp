@@ -52,10 +52,13 @@ std::string ResolveSheet(const Workbook& book, std::string_view sheet) {
 }  // namespace
 
 Table ReadSheetTable(const std::string& host_path, std::string_view sheet, const SheetOptions& options) {
-  const std::unique_ptr<Workbook> book = OpenXls(host_path);
+  return ReadSheetTable(*OpenXls(host_path), sheet, options);
+}
+
+Table ReadSheetTable(Workbook& book, std::string_view sheet, const SheetOptions& options) {
   TableBuilder builder;
   TableSink sink(builder);
-  book->Read(ResolveSheet(*book, sheet), sink);
+  book.Read(ResolveSheet(book, sheet), sink);
   sink.Finish();
   builder.FitColumns();
   builder.NameColumns(options.headings ? builder.TakeHeadings() : std::vector<std::string>());

@@ -73,9 +73,10 @@ struct SheetOptions {
   bool mixed_as_text = true;
 };
 
-/// Reads one worksheet of a .xls file. `sheet` without the driver's "$"; a name as the dialect writes it ("."
+/// Reads one worksheet. `sheet` without the driver's "$"; a name as the dialect writes it ("."
 /// as "#") finds its sheet too. Cells with an error and empty texts (of formulas) are Null and no say in the
 /// column's type. Throws SheetError.
+Table ReadSheetTable(Workbook& book, std::string_view sheet, const SheetOptions& options);
 Table ReadSheetTable(const std::string& host_path, std::string_view sheet, const SheetOptions& options);
 
 /// Names of the worksheets of a file, in its order.

@@ -97,7 +97,7 @@ std::string DateToText(double days) {
   const double seconds_total = std::round(days * kSecondsPerDay);
   const double whole = std::floor(seconds_total / kSecondsPerDay);
   const int seconds = static_cast<int>(seconds_total - whole * kSecondsPerDay);
-  const std::string time = fmt::format("{:02}:{:02}:{:02}", seconds / 3600, seconds / 60 % 60, seconds % 60);
+  std::string time = fmt::format("{:02}:{:02}:{:02}", seconds / 3600, seconds / 60 % 60, seconds % 60);
   if (whole == 0 && seconds != 0) return time;
   using std::chrono::year_month_day;
   constexpr std::chrono::sys_days kEpoch = std::chrono::year{1899} / 12 / 30;

@@ -83,7 +83,8 @@ class XlsWorkbook : public Workbook {
     for (const XlsGlobals::Sheet& candidate : globals_.sheets) {
       if (ToLower(candidate.name) != wanted) continue;
       try {
-        XlsSheetReader(stream_, globals_).Read(candidate.offset, sink);
+        LoadStrings();
+        XlsSheetReader(stream_, globals_, strings_).Read(candidate.offset, sink);
       } catch (const SheetError& error) {
         throw SheetError(error.reason(),
                          fmt::format("{}foaia \"{}\": {}", Prefix(file_name_), candidate.name, error.what()));
@@ -99,6 +100,13 @@ class XlsWorkbook : public Workbook {
   }
 
  private:
+  // Only for the first sheet that is read: whoever asks for the sheets' names does not wait for the texts.
+  void LoadStrings() {
+    if (globals_.string_segments.empty()) return;
+    strings_.Load(ContinuedReader(std::move(globals_.string_segments)));
+    globals_.string_segments.clear();
+  }
+
   std::string Names() const {
     std::string names;
     for (const SheetInfo& info : infos_) names += (names.empty() ? "" : ", ") + info.name;
@@ -108,6 +116,7 @@ class XlsWorkbook : public Workbook {
   std::string stream_;
   std::string file_name_;
   XlsGlobals globals_;
+  SharedStrings strings_;
   std::vector<SheetInfo> infos_;
 };
 

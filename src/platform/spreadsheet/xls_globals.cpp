@@ -89,7 +89,7 @@ class GlobalsReader {
         if (data.size() >= 7) raw_sheets_.push_back(data);
         break;
       case biff::kSst:
-        globals_.strings.Load(ContinuedReader(reader.WithContinuations(record)));
+        globals_.string_segments = reader.WithContinuations(record);
         break;
       default:
         break;

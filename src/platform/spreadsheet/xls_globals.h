@@ -19,10 +19,10 @@ struct XlsGlobals {
   };
   bool biff8 = true;
   bool base_1904 = false;
-  int code_page = 1252;               ///< of the texts of BIFF5
-  std::vector<NumberFormat> formats;  ///< by index of the cell's XF record
-  std::vector<Sheet> sheets;          ///< worksheets only
-  SharedStrings strings;
+  int code_page = 1252;                           ///< of the texts of BIFF5
+  std::vector<NumberFormat> formats;              ///< by index of the cell's XF record
+  std::vector<Sheet> sheets;                      ///< worksheets only
+  std::vector<std::string_view> string_segments;  ///< of the SST record; parts of the stream
 
   NumberFormat FormatOf(std::uint16_t xf) const { return xf < formats.size() ? formats[xf] : NumberFormat(); }
 };

@@ -161,9 +161,9 @@ bool XlsSheetReader::Deliver(const Record& record, RecordReader ahead, CellSink&
       break;
     case biff::kLabelSst: {
       const std::uint32_t index = LoadU32(data + kCellHead);
-      if (index >= globals_->strings.size()) DamagedCell(cell, "textul celulei lipseste din fisier");
+      if (index >= strings_->size()) DamagedCell(cell, "textul celulei lipseste din fisier");
       cell.kind = CellKind::kText;
-      cell.text = globals_->strings.at(index);
+      cell.text = strings_->at(index);
       break;
     }
     case biff::kLabel:
