@@ -75,6 +75,13 @@ bool CopyTemplate(session::Session& session, const std::string& path) {
     session.host.prompter.Error("Fisierul :" + source + " NU EXISTA.", "EROARE MAJORA");
     return false;
   }
+  const std::string_view name = std::string_view(path).substr(session.settings.DataBase.size());
+  if (name.find_first_of("\\/:*?\"<>|") != std::string_view::npos) {
+    // The code is not checked further, but the file must stay in its folder.
+    session.host.prompter.Error(" EROARE LA COPIERE \r\nNumele " + std::string(name) +
+                                " contine semne care nu pot sta intr-un nume de fisier");
+    return false;
+  }
   try {
     if (session.company.is_open() && platform::EqualsNoCase(session.company.path(), path)) {
       session.company.Close();

@@ -113,6 +113,8 @@ TEST_F(CompaniesTest, RequiredFieldsAndRefusalsChangeNothing) {
   test_.prompter.ExpectStarting(" EROARE LA COPIERE \r\n", "EROARE", Icon::kCritical);
   EXPECT_FALSE(CreateCompany(session_, Filled("RO2", "A")));
   test_.files.refuses = nullptr;
+  test_.prompter.ExpectStarting(" EROARE LA COPIERE \r\n", "EROARE", Icon::kCritical);
+  EXPECT_FALSE(CreateCompany(session_, Filled("RO\\..\\..\\2", "A")));
 
   test_.prompter.ExpectStarting("Sursa Eroare:", "EROARE", Icon::kCritical);
   EXPECT_FALSE(CreateCompany(session_, Filled("RO2", std::string(31, 'x'))));
