@@ -32,6 +32,16 @@ void LastStep(sqlite3_context* context, int, sqlite3_value** values) {
   if (Kept* kept = KeptState(context)) Keep(kept, values[0]);
 }
 
+/// The value of a sub-query that may give one row only.
+void OnlyStep(sqlite3_context* context, int, sqlite3_value** values) {
+  Kept* kept = KeptState(context);
+  if (kept == nullptr) return;
+  if (kept->seen) {
+    return LeaveError(context, {kIntegrity, "Subinterogarea poate returna cel mult o inregistrare"});
+  }
+  Keep(kept, values[0]);
+}
+
 void KeptFinal(sqlite3_context* context) {
   Kept* kept = static_cast<Kept*>(sqlite3_aggregate_context(context, 0));
   if (kept == nullptr || kept->value == nullptr) return sqlite3_result_null(context);
@@ -80,6 +90,7 @@ void RegisterAggregates(sqlite3* db) {
   static constexpr Aggregate kAggregates[] = {
       {"dx_first", FirstStep, KeptFinal},
       {"dx_last", LastStep, KeptFinal},
+      {"dx_only", OnlyStep, KeptFinal},
       {"dx_stdev", SpreadStep, SpreadFinal<1, true>},
       {"dx_stdevp", SpreadStep, SpreadFinal<0, true>},
       {"dx_var", SpreadStep, SpreadFinal<1, false>},

@@ -180,6 +180,42 @@ TEST_F(DialectSelect, Subqueries) {
   EXPECT_EQ(Run("SELECT x FROM (SELECT Tara & '' AS x FROM Linii WHERE Luna=1) q WHERE x='RO'"), "RO;ro");
 }
 
+TEST_F(DialectSelect, AValueComesFromOneRow) {
+  const std::string several = std::to_string(kIntegrity);
+  EXPECT_EQ(Run("SELECT (SELECT Nume FROM Tari WHERE UE)"), several);
+  EXPECT_EQ(Run("SELECT (SELECT DISTINCT Nume FROM Tari WHERE UE)"), several);
+  EXPECT_EQ(Run("SELECT (SELECT TOP 1 Nume FROM Tari ORDER BY UE)"), several) << "ties count";
+  EXPECT_EQ(Run("SELECT (SELECT TOP 1 Nume FROM Tari ORDER BY Nume)"), "China");
+  EXPECT_EQ(Run("SELECT (SELECT Nume FROM Tari WHERE id=99) & '!'"), "!");
+  EXPECT_EQ(Run("SELECT id, (SELECT Nume FROM Tari WHERE Cod=Tara) FROM Linii WHERE id IN (1,5)"),
+            "1,Romania;5,~");
+  EXPECT_EQ(Run("SELECT id FROM Linii WHERE 'ROMANIA'=(SELECT DISTINCT Nume FROM Tari WHERE Cod=Linii.Tara)"),
+            "1;2");
+}
+
+TEST_F(DialectSelect, DistinctRowCountsRowsNotValues) {
+  EXPECT_EQ(
+      Run("SELECT DISTINCTROW t.Nume FROM Tari AS t INNER JOIN Linii AS l ON t.Cod=l.Tara ORDER BY t.Nume"),
+      "Franta;Germania;Romania");
+  EXPECT_EQ(Run("SELECT DISTINCTROW t.UE FROM Tari AS t INNER JOIN Linii AS l ON t.Cod=l.Tara"), "-1;-1;-1");
+  EXPECT_EQ(Run("SELECT DISTINCTROW Luna FROM Linii WHERE Luna=1"), "1;1");
+}
+
+TEST_F(DialectSelect, CollationSurvivesQueriesInBetween) {
+  EXPECT_EQ(Run("SELECT q.k, t.Cod FROM (SELECT LCASE(Tara) & '' AS k FROM Linii WHERE id=3) AS q INNER JOIN "
+                "Tari AS t "
+                "ON q.k=t.Cod"),
+            "de,de");
+  EXPECT_EQ(Run("SELECT t.Cod FROM (SELECT LCASE(Tara) & '' AS k FROM Linii WHERE id=1) AS q, Tari AS t "
+                "WHERE q.k=t.Cod"),
+            "RO");
+  EXPECT_EQ(
+      Run("SELECT t.Cod FROM (SELECT DISTINCT Tara AS k FROM Linii UNION ALL SELECT 'cn') AS q, Tari AS t "
+          "WHERE q.k=t.Cod AND t.Cod IN ('cn','de') ORDER BY t.Cod"),
+      "CN;de");
+  EXPECT_EQ(Run("SELECT Cod FROM Tari WHERE (SELECT LCASE(Cod) FROM Linii WHERE id=1)=Cod AND id=1"), "RO");
+}
+
 TEST_F(DialectSelect, Unions) {
   EXPECT_EQ(
       RunUpper(

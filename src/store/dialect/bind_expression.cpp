@@ -301,11 +301,13 @@ void Binder::SetType(Expr* e, const Unit& unit) {
 }
 
 Expr* Binder::Bind(Expr* e, const Unit& unit, Scope& scope) {
-  if (const auto folded = FoldDecimal(*e)) {
+  if (IsDecimalArithmetic(*e)) {
     MarkStructural(*e);
-    e->op = Op::kDecimal;
-    e->text = *folded;
-    e->args.clear();
+    if (const auto folded = FoldDecimal(*e)) {
+      e->op = Op::kDecimal;
+      e->text = *folded;
+      e->args.clear();
+    }
   }
   Expr* bound = e;
   if (e->op == Op::kName) {

@@ -81,17 +81,28 @@ std::optional<Decimal> Evaluate(const Expr& e) {
   return left;
 }
 
-bool HasFraction(const Expr& e) {
-  if (e.op == Op::kLiteral) return e.literal.kind == LiteralKind::kNumber;
-  return std::any_of(e.args.begin(), e.args.end(), [](const Expr* arg) { return HasFraction(*arg); });
+bool IsLiteralArithmetic(const Expr& e, bool& fraction) {
+  if (e.op == Op::kLiteral) {
+    fraction = fraction || e.literal.kind == LiteralKind::kNumber;
+    return e.literal.kind == LiteralKind::kInteger || e.literal.kind == LiteralKind::kNumber;
+  }
+  if (e.op != Op::kNegate && e.op != Op::kAdd && e.op != Op::kSubtract && e.op != Op::kMultiply) return false;
+  return std::all_of(e.args.begin(), e.args.end(),
+                     [&](const Expr* arg) { return IsLiteralArithmetic(*arg, fraction); });
 }
 
 }  // namespace
 
+bool IsDecimalArithmetic(const Expr& e) {
+  // A single literal, with its sign, stays a parameter.
+  if (e.op != Op::kAdd && e.op != Op::kSubtract && e.op != Op::kMultiply) return false;
+  bool fraction = false;
+  return IsLiteralArithmetic(e, fraction) && fraction;
+}
+
 std::optional<std::string> FoldDecimal(const Expr& e) {
-  if (e.op != Op::kAdd && e.op != Op::kSubtract && e.op != Op::kMultiply) return std::nullopt;
   auto value = Evaluate(e);
-  if (!value || value->scale > kMostDigits || !HasFraction(e)) return std::nullopt;
+  if (!value || value->scale > kMostDigits) return std::nullopt;
   const bool negative = value->mantissa < 0;
   Wide rest = negative ? -value->mantissa : value->mantissa;
   std::string text;

@@ -7,8 +7,10 @@
 
 namespace store::dialect {
 
-/// The exact result of + - * between literals where a decimal fraction is among them ("0.1 + 0.2"); nothing
-/// for any other expression or where 28 digits do not hold it.
+/// + - * between literals only, a decimal fraction among them: its value is looked at.
+bool IsDecimalArithmetic(const Expr& e);
+
+/// The exact result of such an expression ("0.1 + 0.2"); nothing where 28 digits do not hold it.
 std::optional<std::string> FoldDecimal(const Expr& e);
 
 }  // namespace store::dialect

@@ -80,6 +80,8 @@ bool IsJoinedText(const Expr& e) {
   return e.op == Op::kAdd && e.args[0]->type.is_text() && e.args[1]->type.is_text();
 }
 
+bool IsFixed(const Expr& e) { return e.op == Op::kLiteral || e.op == Op::kDeclared; }
+
 bool MayBeText(const Expr& e) { return !e.type.numeric(); }
 
 }  // namespace
@@ -220,10 +222,9 @@ void Writer::Condition(const Expr& e) {
 void Writer::Comparison(const Expr& left, Op op, const Expr& right) {
   sql_ += '(';
   Value(left);
-  if ((MayBeText(left) || MayBeText(right)) && !left.type.numeric() && !right.type.numeric() &&
-      !CarriesCollation(left) && !CarriesCollation(right)) {
-    sql_ += " COLLATE DX";
-  }
+  // A column on the left decides, even one that has lost its collation on the way through a query.
+  const bool decided = CarriesCollation(left) || (CarriesCollation(right) && IsFixed(left));
+  if (MayBeText(left) && MayBeText(right) && !decided) sql_ += " COLLATE DX";
   sql_ += Sign(op);
   Value(right);
   sql_ += ')';
@@ -287,6 +288,34 @@ void Writer::LogicalChain(const Expr& e, Op op) {
   LogicalChain(*e.args[0], op);
   sql_ += op == Op::kAnd ? " AND " : " OR ";
   LogicalChain(*e.args[1], op);
+}
+
+/// A sub-query as a value has one row at most; SQLite would take the first of several.
+void Writer::Scalar(const Expr& e) {
+  const Select& select = *e.query->selects[0];
+  const bool one_row =
+      !e.query->is_union() && (select.from.empty() || (select.grouped && select.group_by.empty()));
+  // SQLite counts an aggregate of outer columns alone to the query outside.
+  const bool own = std::any_of(select.sources.begin(), select.sources.end(),
+                               [&](const Source* source) { return Reads(*select.columns[0].expr, *source); });
+  const bool plain =
+      own && !e.query->is_union() && !select.grouped && !select.distinct && select.top == nullptr;
+  sql_ += '(';
+  if (one_row) {
+    WriteQuery(*e.query, {});
+  } else if (plain) {
+    sql_ += "SELECT dx_only(";
+    Value(*select.columns[0].expr);
+    sql_ += ')';
+    WriteBody(select, false);
+  } else {
+    sql_ += "SELECT dx_only(c1) FROM (";
+    Shape shape;
+    shape.named = true;
+    WriteQuery(*e.query, shape);
+    sql_ += ')';
+  }
+  sql_ += ')';
 }
 
 void Writer::Logical(const Expr& e) {
@@ -456,10 +485,7 @@ void Writer::Value(const Expr& e) {
     case Op::kImp:
       return Call("dx_imp", e);
     case Op::kScalar:
-      sql_ += '(';
-      WriteQuery(*e.query, {});
-      sql_ += ')';
-      return;
+      return Scalar(e);
     case Op::kFunction:
       return Function(e);
     case Op::kAggregate:

@@ -26,6 +26,11 @@ bool IsConstant(const Expr& e) { return e.op == Op::kLiteral || e.op == Op::kNul
 
 }  // namespace
 
+bool Reads(const Expr& e, const Source& source) {
+  if (e.op == Op::kColumn && e.source == &source) return true;
+  return std::any_of(e.args.begin(), e.args.end(), [&](const Expr* arg) { return Reads(*arg, source); });
+}
+
 Base FindBase(const Select& select) {
   if (select.distinct || select.grouped || select.sources.size() != 1) return {};
   const Source& source = *select.sources[0];
@@ -54,7 +59,7 @@ void Writer::WriteQuery(const Query& query, const Shape& shape) {
   Shape member = shape;
   member.wanted = nullptr;
   member.rowid = false;
-  member.collate = true;
+  member.collate = std::find(query.all.begin(), query.all.end(), false) != query.all.end();
   for (std::size_t i = 0; i < query.selects.size(); ++i) {
     const Select& select = *query.selects[i];
     if (i > 0) sql_ += query.all[i - 1] ? " UNION ALL " : " UNION ";
@@ -212,12 +217,29 @@ void Writer::WriteBody(const Select& select, bool with_order) {
       CollatedValue(e);
     }
   }
+  if (select.distinct_row && !select.grouped) WriteDistinctRows(select);
   if (select.having != nullptr) {
-    // SQLite wants a GROUP BY before HAVING; a constant makes one group, but none of no rows.
     sql_ += " HAVING ";
     Condition(*select.having);
   }
   if (with_order) WriteOrder(select.order_by);
+}
+
+/// DISTINCTROW: a joined table that gives no column does not multiply the rows of those that do.
+void Writer::WriteDistinctRows(const Select& select) {
+  std::vector<const Source*> giving;
+  for (const Source* source : select.sources) {
+    if (source->query != nullptr || !source->relation->has_rowid) return;
+    if (std::any_of(select.columns.begin(), select.columns.end(),
+                    [&](const OutputColumn& column) { return Reads(*column.expr, *source); })) {
+      giving.push_back(source);
+    }
+  }
+  if (giving.empty() || giving.size() == select.sources.size()) return;
+  for (std::size_t i = 0; i < giving.size(); ++i) {
+    sql_ += i == 0 ? " GROUP BY " : ", ";
+    WriteRowid(*giving[i]);
+  }
 }
 
 void Writer::WriteOrder(const std::vector<OrderItem>& order) {

@@ -17,6 +17,9 @@ struct Base {
 /// Rows of one table, directly or through queries that neither group nor join.
 Base FindBase(const Select& select);
 
+/// A column of the source is somewhere in the expression.
+bool Reads(const Expr& e, const Source& source);
+
 std::string QuoteName(std::string_view name);
 std::string QuoteText(std::string_view text);
 
@@ -52,6 +55,7 @@ class Writer {
   void Between(const Expr& e);
   void In(const Expr& e);
   void Quantified(const Expr& e);
+  void Scalar(const Expr& e);
   void Logical(const Expr& e);
   void Function(const Expr& e);
   void Aggregate(const Expr& e);
@@ -72,6 +76,7 @@ class Writer {
   void WriteColumns(const Select& select, const Shape& shape);
   void WriteBody(const Select& select, bool with_order);
   void WriteFromList(const Select& select);
+  void WriteDistinctRows(const Select& select);
   void WriteFrom(const From& from, bool nested);
   void WriteSource(const Source& source);
   void WriteOrder(const std::vector<OrderItem>& order);
