@@ -225,7 +225,7 @@ class Layer {
       connection.Open(store::JetString(path));
       store::Transaction transaction(connection);
       for (const std::string& name : layout::Complete(connection, database)) {
-        outcome_.added.push_back(path + ": " + name);
+        outcome_.added.push_back(fmt::format("{}: {}", path, name));
       }
       if (fill) fill(connection);
       transaction.Commit();

@@ -28,6 +28,7 @@ void WriteValidity(store::Recordset& row, const Validity& validity) {
 
 std::vector<store::Value> ReadFields(const store::Recordset& row) {
   std::vector<store::Value> fields;
+  fields.reserve(static_cast<std::size_t>(row.field_count()));
   for (int i = 0; i < row.field_count(); ++i) fields.push_back(row.Get(i));
   return fields;
 }

@@ -147,6 +147,7 @@ int AddMissingRows(Connection& connection, const Table& table, const Csv& list) 
   }
   std::vector<std::size_t> key_fields;
   const std::vector<std::string> keys = KeyColumns(table);
+  key_fields.reserve(keys.size());
   for (const std::string& key : keys) key_fields.push_back(list.Column(key));
   std::unordered_set<std::string> present = PresentKeys(connection, table, keys);
 

@@ -116,7 +116,7 @@ std::string FindDataFolder(const platform::Files& files, std::string_view app_fo
   candidates.push_back(files.drives().FromHost(std::filesystem::path(DECLARIX_DATA_FOLDER)));
 #endif
   for (const std::string& candidate : candidates) {
-    const std::string folder = platform::WithBackslash(candidate);
+    std::string folder = platform::WithBackslash(candidate);
     if (files.Exists(folder + "schema\\comun.csv")) return folder;
   }
   throw platform::FileError(candidates.front(), "Nu exista directorul: " + candidates.front());
