@@ -1,7 +1,7 @@
 #include "import/line_writer.h"
 
 #include "calc/rates.h"
-#include "import/stored_rounding.h"
+#include "calc/rounding/rounding.h"
 #include "platform/encoding.h"
 
 namespace importer {
@@ -133,7 +133,7 @@ void LineWriter::CopyFields() {
         const int decimals = copy.treatment == Treatment::kMoney ? 2 : 4;
         Set(copy.to, value);  // a number written as text is converted here
         const double stored = lines_->Get(copy.to).ToDouble();
-        const double rounded = RoundStored(stored, decimals);
+        const double rounded = calc::Round(stored, decimals);
         if (rounded != stored) Set(copy.to, rounded);
         break;
       }
@@ -149,12 +149,12 @@ void LineWriter::FillDefaults() {
 
 void LineWriter::ConvertAtRate() {
   // A missing value counts as 0, so that sheets in a currency need no column in lei.
-  if (RoundStored(lines_->Get(val_fiscala_).ToDouble(), 0) != 0) return;
+  if (calc::Round(lines_->Get(val_fiscala_).ToDouble(), 0) != 0) return;
   const store::Value currency = lines_->Get(moneda_);
   if (currency.is_text() && currency.text() == "RON") return;
   field_ = moneda_;
   const double rate = Rate(currency, lines_->Get(data_receptiei_));
-  const double value = RoundStored(lines_->Get(valoare_valuta_).ToDouble() * rate, 2);
+  const double value = calc::Round(lines_->Get(valoare_valuta_).ToDouble() * rate, 2);
   Set(curs_schimb_, rate);
   Set(val_fiscala_, value);
   Set(val_stat_, value);
@@ -168,7 +168,7 @@ void LineWriter::FillFromTariff() {
   const bool has_unit = answer.flag != "0";
   Set(exista_ums_, answer.flag);
   if (has_unit) {
-    Set(val_ums_, RoundStored(lines_->Get(cantitate_).ToDouble(), 0));
+    Set(val_ums_, calc::Round(lines_->Get(cantitate_).ToDouble(), 0));
   } else {
     Set(val_ums_, store::Null{});
   }

@@ -1,7 +1,7 @@
 #include "import/run.h"
 
+#include "calc/rounding/rounding.h"
 #include "import/line_writer.h"
-#include "import/stored_rounding.h"
 #include "import/worksheet.h"
 #include "platform/encoding.h"
 
@@ -72,7 +72,7 @@ void CopyRows(session::Session& session, const Inputs& inputs, store::Recordset&
     progress.Status("SE RETIN DATELE - Inregistrarea : " + std::to_string(line));
     progress.Update("Copiere date ...",
                     static_cast<int>(
-                        RoundStored(static_cast<double>(line) / static_cast<double>(result.total) * 100, 0)));
+                        calc::Round(static_cast<double>(line) / static_cast<double>(result.total) * 100, 0)));
   }
   transaction.Commit();
   result.outcome = Outcome::kDone;

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "import/stored_rounding.h"
-
 namespace {
 
 using importer::BuildSelect;
@@ -50,26 +48,6 @@ TEST(SelectBuilder, RefusesColumnsThatTheSheetLacks) {
   EXPECT_THAT(BuildSelect({{"Net", true, std::nullopt, "", ""}}, {"A"}, "Sheet1").problem,
               testing::HasSubstr("Net nu are numar"));
   EXPECT_NE(BuildSelect({Present("Net", 0, "", "")}, {"A"}, "Sheet1").problem, "");
-}
-
-TEST(StoredRounding, TakesHalvesOfTheStoredValueToTheEvenNeighbour) {
-  const auto round = importer::RoundStored;
-  EXPECT_EQ(round(0.5, 0), 0);
-  EXPECT_EQ(round(1.5, 0), 2);
-  EXPECT_EQ(round(-0.4, 0), 0);
-  EXPECT_FALSE(std::signbit(round(-0.4, 0)));
-  EXPECT_EQ(round(0.125, 2), 0.12);
-  EXPECT_EQ(round(-0.375, 2), -0.38);
-  EXPECT_EQ(round(1e300, 4), 1e300);
-}
-
-TEST(StoredRounding, SeesWhichSideOfAHalfTheStoredValueLies) {
-  const auto round = importer::RoundStored;
-  EXPECT_EQ(round(2.675, 2), 2.67) << "stored as 2.67499…";
-  EXPECT_EQ(round(1.005, 2), 1.0) << "stored as 1.00499…";
-  EXPECT_EQ(round(8.345, 2), 8.35) << "stored as 8.34500…6";
-  EXPECT_EQ(round(-2.675, 2), -2.67);
-  EXPECT_EQ(round(1.00005, 4), 1.0001) << "stored as 1.0000500…7";
 }
 
 }  // namespace
