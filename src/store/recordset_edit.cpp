@@ -4,9 +4,10 @@ namespace store {
 
 namespace {
 
-std::shared_ptr<Recordset::Data> Opened(const std::shared_ptr<Recordset::Data>& data) {
+template <typename Data>
+Data& Opened(const std::shared_ptr<Data>& data) {
   if (data == nullptr) throw Error(kObjectClosed, "", "Setul de inregistrari este inchis");
-  return data;
+  return *data;
 }
 
 }  // namespace
@@ -74,14 +75,14 @@ void Recordset::Data::BeginPending(Pending kind) {
 }
 
 void Recordset::AddNew() {
-  const auto data = Opened(data_);
-  if (data->pending != Data::Pending::kNone) Update();
-  data->Settle();
-  data->BeginPending(Data::Pending::kNew);
+  Data& data = Opened(data_);
+  if (data.pending != Data::Pending::kNone) Update();
+  data.Settle();
+  data.BeginPending(Data::Pending::kNew);
 }
 
 void Recordset::Set(int field, const Value& value) {
-  Data& data = *Opened(data_);
+  Data& data = Opened(data_);
   RequireField(*data.set, field);
   const auto i = static_cast<std::size_t>(field);
   const FieldInfo& info = data.set->fields[i];
@@ -123,14 +124,14 @@ void Recordset::CancelUpdate() {
 }
 
 void Recordset::Update() {
-  const auto data = Opened(data_);
-  switch (data->pending) {
+  Data& data = Opened(data_);
+  switch (data.pending) {
     case Data::Pending::kNone:
       return;
     case Data::Pending::kNew:
-      return data->SaveNew();
+      return data.SaveNew();
     case Data::Pending::kEdit:
-      return data->SaveEdit();
+      return data.SaveEdit();
   }
 }
 
@@ -250,7 +251,7 @@ void Recordset::Data::SaveEdit() {
 }
 
 void Recordset::Delete() {
-  Data& data = *Opened(data_);
+  Data& data = Opened(data_);
   if (data.pending == Data::Pending::kNew) return CancelUpdate();
   CancelUpdate();
   data.Settle();
