@@ -95,6 +95,7 @@ Recordset Connection::QueryStored(std::string_view name, const std::vector<Value
   const std::shared_ptr<Engine>& engine = impl_->engine;
   engine->RequireOpen(name);
   engine->RequireTransaction();
+  engine->RefreshChangedFiles();
   const dialect::Relation* query = engine->schema().Find(name);
   if (query == nullptr || !query->is_query) {
     throw Error(kNoSuchTable, std::string(name), fmt::format("Nu exista interogarea '{}'", name));
@@ -161,6 +162,7 @@ Catalog& Connection::catalog() {
   if (impl_->engine->is_source()) {
     throw Error(kNotUpdatable, path(), fmt::format("{} nu este o baza de date", path()));
   }
+  impl_->engine->RefreshChangedFiles();
   return impl_->catalog;
 }
 

@@ -164,7 +164,7 @@ ConversionFailure ConvertForColumn(const Value& value, ColumnType type, int size
   return {};
 }
 
-DefaultExpression ParseDefault(std::string_view text, ColumnType type) {
+DefaultExpression ParseDefault(std::string_view text, ColumnType type, int size) {
   text = platform::Trim(text);
   if (text.starts_with('=')) text = platform::Trim(text.substr(1));
   DefaultExpression result;
@@ -194,7 +194,7 @@ DefaultExpression ParseDefault(std::string_view text, ColumnType type) {
   }
   Cell cell;
   std::string buffer;
-  const ConversionFailure failure = ConvertForColumn(result.value, type, 0, cell, buffer);
+  const ConversionFailure failure = ConvertForColumn(result.value, type, size, cell, buffer);
   if (failure.number != 0) {
     throw Error(failure.number, std::string(text), "Valoare implicita: " + failure.reason);
   }

@@ -27,7 +27,7 @@ struct DefaultExpression {
   bool computed = false;  ///< Date(), Now(): new for each row
 };
 /// Throws Error(kSyntaxError) for expressions that no default can be.
-DefaultExpression ParseDefault(std::string_view text, ColumnType type);
+DefaultExpression ParseDefault(std::string_view text, ColumnType type, int size);
 
 /// Romanian name of a type, for messages.
 std::string_view TypeName(ColumnType type);

@@ -372,6 +372,7 @@ void Engine::Rollback() noexcept {
   depth_ = 0;
   // SQLite may have rolled back by itself after a full disk; then this fails, and rightly nothing is left.
   sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+  if (source_ != nullptr) source_->ShowAgain();
   if (!schema_touched_) return;
   schema_touched_ = false;
   try {

@@ -45,7 +45,7 @@ std::string Declaration(const ColumnDefinition& column) {
   if (column.type == ColumnType::kCounter) return sql;
   const bool yes_no = column.type == ColumnType::kYesNo;
   if (column.required || column.primary_key || yes_no) sql += " NOT NULL";
-  const DefaultExpression value = ParseDefault(column.default_text, column.type);
+  const DefaultExpression value = ParseDefault(column.default_text, column.type, column.size);
   if (!value.sql.empty()) {
     sql += " DEFAULT " + value.sql;
   } else if (yes_no) {

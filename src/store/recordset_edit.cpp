@@ -38,11 +38,11 @@ void Recordset::Data::ReadDefaults() {
         std::find_if(table->columns.begin(), table->columns.end(),
                      [&](const ColumnDefinition& c) { return NameEqual()(c.name, field.base_column); });
     if (column == table->columns.end() || column->default_text.empty()) continue;
-    const DefaultExpression value = ParseDefault(column->default_text, column->type);
+    const DefaultExpression value = ParseDefault(column->default_text, column->type, column->size);
     if (value.computed) {
       set->computed_defaults.emplace_back(static_cast<int>(i), value.sql);
     } else {
-      ConvertForColumn(value.value, column->type, 0, set->defaults[i], set->default_texts[i]);
+      ConvertForColumn(value.value, column->type, column->size, set->defaults[i], set->default_texts[i]);
     }
   }
 }

@@ -139,13 +139,23 @@ const dialect::Relation* SourceSchema::Find(std::string_view name) const {
   source->relation.sqlite_name = "temp." + QuoteName(name);
   sources_.push_back(std::move(source));
   try {
-    engine_.Run(fmt::format("CREATE VIRTUAL TABLE {} USING dx_source({})",
-                            sources_.back()->relation.sqlite_name, sources_.size() - 1));
+    engine_.Run(ShowStatement(sources_.size() - 1));
   } catch (...) {
     sources_.pop_back();
     throw;
   }
   return &sources_.back()->relation;
+}
+
+std::string SourceSchema::ShowStatement(std::size_t index) const {
+  return fmt::format("CREATE VIRTUAL TABLE IF NOT EXISTS {} USING dx_source({})",
+                     sources_[index]->relation.sqlite_name, index);
+}
+
+void SourceSchema::ShowAgain() noexcept {
+  for (std::size_t i = 0; i < sources_.size(); ++i) {
+    sqlite3_exec(engine_.db(), ShowStatement(i).c_str(), nullptr, nullptr, nullptr);
+  }
 }
 
 std::unique_ptr<SourceSchema::Source> SourceSchema::Read(std::string_view name) const {

@@ -29,6 +29,9 @@ class SourceSchema : public dialect::SchemaSource {
   /// Throws Error(kNoSuchTable) that names the tables there are.
   const dialect::Relation* Find(std::string_view name) const override;
 
+  /// Shows the tables read so far again after a rollback, which drops those first named within it.
+  void ShowAgain() noexcept;
+
   /// Names as statements write them.
   std::vector<std::string> Names() const;
 
@@ -39,6 +42,7 @@ class SourceSchema : public dialect::SchemaSource {
   std::unique_ptr<Source> Read(std::string_view name) const;
   std::unique_ptr<Source> ReadSheet(std::string_view name) const;
   std::unique_ptr<Source> ReadText(std::string_view name) const;
+  std::string ShowStatement(std::size_t index) const;
   [[noreturn]] void FailUnknown(std::string_view name) const;
 
   Engine& engine_;

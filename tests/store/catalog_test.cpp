@@ -63,6 +63,31 @@ TEST_F(CatalogTest, ColumnsAndIndexesAreAddedToFilledTables) {
   EXPECT_THAT(Names(*db), ElementsAre("TABLE Linii"));
 }
 
+TEST_F(CatalogTest, DefaultsAreConstantsOfTheColumnsTypeOrTheMoment) {
+  auto db = CreateAndOpen("a.mdb");
+  db->catalog().CreateTable(
+      "T",
+      {{.name = "N", .type = ColumnType::kLong},
+       {.name = "Text", .size = 10, .default_text = "'O''Neil'"},
+       {.name = "Zecimal", .type = ColumnType::kDecimal, .size = DecimalSize(10, 2), .default_text = "=0.25"},
+       {.name = "Zi", .type = ColumnType::kDateTime, .default_text = "#2024-03-05#"},
+       {.name = "Azi", .type = ColumnType::kDateTime, .default_text = "Date()"},
+       {.name = "Da", .type = ColumnType::kYesNo, .default_text = "Yes"}});
+  db->Execute("INSERT INTO T(N) VALUES(1)");
+  Recordset rows = db->QueryForUpdate("SELECT * FROM T");
+  rows.AddNew();
+  rows.Set("N", 2);
+  rows.Update();
+  EXPECT_EQ(Rows(db->Query("SELECT N, Text, Zecimal, Zi, Da FROM T ORDER BY N")),
+            "1|O'Neil|0.25|05.03.2024|-1;2|O'Neil|0.25|05.03.2024|-1");
+  EXPECT_EQ(db->Scalar("SELECT COUNT(*) FROM T WHERE Azi > #2024-03-05# AND Azi = Int(Azi)"), Value(2));
+  ErrorOf(kSyntaxError,
+          [&] { db->catalog().CreateTable("U", {{.name = "a", .size = 5, .default_text = "Alta(1)"}}); });
+  ErrorOf(kConversion, [&] {
+    db->catalog().CreateTable("U", {{.name = "a", .type = ColumnType::kLong, .default_text = "\"x\""}});
+  });
+}
+
 TEST_F(CatalogTest, DialectDefinesAndDropsTables) {
   auto db = CreateAndOpen("a.mdb");
   db->Execute("CREATE TABLE Rate (Id COUNTER, Cod TEXT(3) NOT NULL, An SHORT, PRIMARY KEY (Cod, An))");

@@ -1,5 +1,7 @@
 #include "store/connection.h"
 
+#include <sqlite3.h>
+
 #include "store/store_fixture.h"
 
 namespace store {
@@ -74,6 +76,16 @@ TEST_F(ConnectionTest, ReportsAFileLockedByAnotherProgram) {
   first->Commit();
   second->Execute("INSERT INTO Linii(Cod) VALUES('2')");
   EXPECT_EQ(first->Scalar("SELECT COUNT(*) FROM Linii"), Value(2));
+}
+
+TEST_F(ConnectionTest, ReportsAFileThatAnotherProgramKeepsForItself) {
+  CreateAndOpen("a.mdb");
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(HostPath("a.mdb").string().c_str(), &other), SQLITE_OK);
+  sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+  EXPECT_THAT(OpenFailure(JetString(Path("a.mdb"))), HasSubstr("este folosit de alt program"));
+  sqlite3_close(other);
+  OpenFile("a.mdb");
 }
 
 TEST_F(ConnectionTest, NestedTransactionsAreOne) {

@@ -81,6 +81,13 @@ TEST_F(SourcesTest, SourcesAreReadOnly) {
   ErrorOf(kNotUpdatable, [&] { rows.Set(0, 1); });
 }
 
+TEST_F(SourcesTest, ARollbackLosesNoTable) {
+  db.Begin();
+  EXPECT_EQ(db.Query("SELECT * FROM [Sheet1$]").record_count(), 3);
+  db.Rollback();
+  EXPECT_EQ(db.Query("SELECT * FROM [Sheet1$]").record_count(), 3);
+}
+
 TEST_F(SourcesTest, UnreadableFilesAreNamed) {
   WriteFile("text.xls", "nu este o foaie de calcul");
   EXPECT_THAT(ErrorOf(kIntegrity, [&] { db.Open(ImportSheetString(Path("text.xls"))); }),
