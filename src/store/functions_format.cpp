@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "platform/clock.h"
 #include "platform/encoding.h"
@@ -186,7 +187,8 @@ std::string FormatSection(double value, std::string_view section) {
                                       : "") +
                fmt::format("{:0{}}", std::abs(power), study.exponent_digits);
   }
-  auto [whole, decimals] = Digits(value, study.decimals);
+  std::string whole, decimals;
+  std::tie(whole, decimals) = Digits(value, study.decimals);
   while (static_cast<int>(decimals.size()) > study.fixed_decimals && decimals.back() == '0')
     decimals.pop_back();
   if (whole == "0") whole.clear();
