@@ -23,7 +23,11 @@ class DialectTest : public ::testing::Test, protected SchemaSource {
     ASSERT_EQ(sqlite3_open(":memory:", &db_), SQLITE_OK);
     RegisterFunctions(db_);
   }
-  void TearDown() override { sqlite3_close(db_); }
+  void TearDown() override {
+    // A literal that cannot be bound leaves its statement behind.
+    while (sqlite3_stmt* left = sqlite3_next_stmt(db_, nullptr)) sqlite3_finalize(left);
+    sqlite3_close(db_);
+  }
 
   /// CREATE TABLE in the dialect, kept as the store keeps it.
   void Create(const std::string& statement) {
