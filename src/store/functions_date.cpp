@@ -242,11 +242,9 @@ void NowFunction(Call& call) { call.Return(Now()); }
 void Today(Call& call) { call.Return(std::floor(Now())); }
 void TimeNow(Call& call) { call.Return(TimeOf(Now())); }
 
+/// Arguments known to be dates never get here: to SQLite they are plain numbers, which are no dates.
 void IsDate(Call& call) {
-  if (call.IsNull(0) || call.type(0) == SQLITE_INTEGER) return call.Return(false);
-  // Dates are doubles to SQLite; whole and broken numbers of days cannot be told from other doubles here.
-  if (call.type(0) == SQLITE_FLOAT) return call.Return(true);
-  call.Return(ParseDate(call.Text(0)).has_value());
+  call.Return(call.type(0) == SQLITE_TEXT && ParseDate(call.Text(0)).has_value());
 }
 
 }  // namespace
