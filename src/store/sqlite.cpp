@@ -9,9 +9,6 @@ namespace {
 
 constexpr std::size_t kHeadLength = 80;
 
-// SQLITE_TRANSIENT without its old-style cast.
-const auto kTransient = reinterpret_cast<sqlite3_destructor_type>(std::intptr_t{-1});
-
 // The table and column behind "NOT NULL constraint failed: Firme.Cod_Fiscal".
 std::string_view AfterColon(std::string_view message) {
   const std::size_t colon = message.find(": ");
@@ -116,7 +113,7 @@ void BindCopied(sqlite3_stmt* statement, int index, const Value& value) {
     sqlite3_bind_null(statement, index);
   } else if (value.is_text()) {
     const std::string& text = value.text();
-    sqlite3_bind_text64(statement, index, text.data(), text.size(), kTransient, SQLITE_UTF8);
+    sqlite3_bind_text64(statement, index, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
   } else if (value.is_boolean()) {
     sqlite3_bind_int(statement, index, value.ToBoolean() ? -1 : 0);
   } else if (value.is_integer()) {
