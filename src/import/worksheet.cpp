@@ -39,6 +39,7 @@ Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::s
     source.Open(store::ImportSheetString(path));
     const store::Recordset heading_row = source.Query("SELECT TOP 1 * FROM [" + std::string(sheet) + "$]");
     std::vector<std::string> headings;
+    headings.reserve(static_cast<std::size_t>(heading_row.field_count()));
     for (int i = 0; i < heading_row.field_count(); ++i) headings.push_back(heading_row.field(i).name);
 
     const std::vector<ColumnRule> rules = ReadRules(session.company, Nume_Structura);

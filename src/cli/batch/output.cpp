@@ -49,6 +49,7 @@ void WriteJsonTable(std::ostream& out, const Names& names, const EachRow& each_r
 
 std::vector<std::string> Names(const store::Recordset& rows) {
   std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(rows.field_count()));
   for (int i = 0; i < rows.field_count(); ++i) names.push_back(rows.field(i).name);
   return names;
 }
@@ -125,6 +126,7 @@ void WritePlain(std::ostream& out, const ResultTable& table) {
   WriteLine(out, table.columns);
   for (const auto& row : table.rows) {
     std::vector<std::string> fields;
+    fields.reserve(row.size());
     for (const store::Value& value : row) fields.push_back(PlainField(value));
     WriteLine(out, fields);
   }
