@@ -37,7 +37,7 @@ constexpr std::array<std::uint8_t, 128> MakeAsciiWeights() {
   for (std::size_t c = 0; c < 32; ++c) weights[c] = next++;
   weights[127] = next++;
   constexpr std::string_view order = " !\"#$%&()*,./:;?@[\\]^_`{|}~+<=>0123456789";
-  for (char c : order) weights[static_cast<std::size_t>(c)] = next++;
+  for (char c : order) weights[static_cast<unsigned char>(c)] = next++;
   for (std::size_t c = 'a'; c <= 'z'; ++c) {
     weights[c] = next;
     weights[c - 32] = next++;
@@ -58,7 +58,7 @@ Weight WeightOf(char32_t c) {
   if (c < 128) return {kAscii[c], 0};
   char base = '.';
   if (c >= 0xC0 && c < 0x180) base = kLatinBase[c - 0xC0];
-  if (base != '.') return {kAscii[static_cast<std::size_t>(base)], c};
+  if (base != '.') return {kAscii[static_cast<unsigned char>(base)], c};
   // Combining marks, soft hyphen and the typographic hyphens and apostrophes break ties as "-" and "'" do.
   if ((c >= 0x300 && c < 0x370) || c == 0xAD || c == 0x2010 || c == 0x2011 || c == 0x2019) return {0, 0};
   return {256 + c, 0};
