@@ -212,6 +212,15 @@ TEST_F(Cli, NamesADatabaseThatIsNone) {
   EXPECT_THAT(answer.err, HasSubstr("RO123456.mdb"));
 }
 
+TEST_F(Cli, SaysOnlyWhyTheSettingsCannotBeRead) {
+  Install();
+  std::ofstream(HostPath("c/ProgramData/Declarix/Settings.xml")) << "<Settings><Dec";
+  const Answer answer = Run({"company", "list"});
+  EXPECT_EQ(answer.status, cli::kRefused);
+  EXPECT_THAT(answer.err, HasSubstr("Settings.xml"));
+  EXPECT_THAT(answer.err, Not(HasSubstr("Comun.mdb"))) << "what follows from it is not said too";
+}
+
 TEST_F(Cli, RunsStatementsInTurnAndStopsAtTheFirstError) {
   const std::string path = HostPath("proba.mdb");
   const Answer answer =
@@ -226,7 +235,9 @@ TEST_F(Cli, RunsStatementsInTurnAndStopsAtTheFirstError) {
             "[{\"affected\": 1},\n{\"columns\": [\"A\", \"B\", \"C\"], \"rows\": [\n[1, \"x\", true]]}]\n");
   EXPECT_EQ(Run({"sql", "--file", path, "--create", "SELECT 1"}).status, cli::kRefused)
       << "it exists already";
-  EXPECT_EQ(Run({"sql", "--file", HostPath("lipsa.mdb"), "SELECT 1"}).status, cli::kRefused);
+  const Answer missing = Run({"sql", "--file", HostPath("lipsa.mdb"), "SELECT 1"});
+  EXPECT_EQ(missing.status, cli::kRefused);
+  EXPECT_THAT(missing.err, StartsWith("eroare -2147467259: ")) << "a file that cannot be opened, too";
 }
 
 TEST_F(Cli, ShowsWorksheetsAndTextFilesAsTheDriversDo) {

@@ -34,6 +34,7 @@ session::Session& Context::Installation() {
   }
   auto opened = std::make_unique<session::Session>(host());
   opened->ReadSettings(ProgramFolder());
+  if (opened->settings.DataBase == "\\") throw Shown();  // not readable, as has been said
   session::OpenCommonConnection(*opened);
   session_ = std::move(opened);
   return *session_;

@@ -48,16 +48,13 @@ int Import(Context& context, const ImportOptions& options) {
 
 void AddImportCommand(CLI::App& app, Context& context) {
   auto options = std::make_shared<ImportOptions>();
-  CLI::App* import = app.add_subcommand("import", "Preia o foaie de lucru prin macheta");
-  AddDeclarationOptions(*import, options->declaration);
-  import->add_option("--template", options->name, "Numele machetei")->required();
-  import->add_option("--sheet", options->sheet, "Foaia de lucru; altfel cea din macheta");
-  import->add_option("FILE", options->file)->required();
-  import->callback([&context, options] {
-    context.action = [&context, options] { return Import(context, *options);
-};
-}  // namespace cli
-);
+  CLI::App* command = app.add_subcommand("import", "Preia o foaie de lucru prin macheta");
+  AddDeclarationOptions(*command, options->declaration);
+  command->add_option("--template", options->name, "Numele machetei")->required();
+  command->add_option("--sheet", options->sheet, "Foaia de lucru; altfel cea din macheta");
+  command->add_option("FILE", options->file)->required();
+  command->callback(
+      [&context, options] { context.action = [&context, options] { return Import(context, *options); }; });
 }
 
 }  // namespace cli

@@ -28,6 +28,13 @@ bool Answers(std::string_view statement) {
   return verb == "SELECT" || verb == "SHAPE" || verb == "PARAMETERS";
 }
 
+/// Names the error, after whatever the statements before it answered.
+int Failed(Context& context, const store::Error& error) {
+  context.out().flush();
+  context.err() << "eroare " << error.number() << ": " << error.description() << '\n';
+  return kRefused;
+}
+
 /// Runs the statements in turn on one connection; the first error ends the run.
 int RunStatements(Context& context, store::Connection& connection,
                   const std::vector<std::string>& statements) {
@@ -54,9 +61,7 @@ int RunStatements(Context& context, store::Connection& connection,
       }
       separator = ",\n";
     } catch (const store::Error& error) {
-      context.out().flush();
-      context.err() << "eroare " << error.number() << ": " << error.description() << '\n';
-      status = kRefused;
+      status = Failed(context, error);
       break;
     }
   }
@@ -78,9 +83,13 @@ int RunOnFile(Context& context, const SqlOptions& options) {
   store::Environment environment;
   environment.drives = &context.drives();
   const std::string path = context.WindowsPath(options.file);
-  if (options.create) store::Connection::CreateDatabase(environment, path);
   store::Connection connection(environment);
-  connection.Open(FileConnectionString(path));
+  try {
+    if (options.create) store::Connection::CreateDatabase(environment, path);
+    connection.Open(FileConnectionString(path));
+  } catch (const store::Error& error) {
+    return Failed(context, error);
+  }
   return RunStatements(context, connection, options.statements);
 }
 
