@@ -58,7 +58,14 @@ Fields ReadDefaults(session::Session& session) {
 bool SaveDefaults(session::Session& session, const Fields& fields) {
   try {
     store::Recordset row = OwnRow(session);
-    fields.WriteTo(row);
+    Fields stored = fields;
+    for (const char* name : {"I_Nat_Tranz", "O_Nat_Tranz"}) {
+      // The choice list joins both digits by a dot; a code without second digit is filed without it.
+      std::string code = fields.Get(name);
+      if (code.ends_with('.')) code.pop_back();
+      stored.Set(name, code);
+    }
+    stored.WriteTo(row);
     row.Update();
     SetariValoriDefault(session, session.current.Cod_Fiscal);
     return true;

@@ -215,7 +215,9 @@ TEST_F(CompaniesTest, DefaultsFallBackAndSurviveACompanyWithoutARow) {
   fields.Set("I_Incoterms", "");
   fields.Set("O_Mod_Transp", "1");
   fields.Set("I_Tara_Exp", "DE");
+  fields.Set("O_Nat_Tranz", "8.");  // as the choice list shows a code without second digit
   EXPECT_TRUE(SaveDefaults(session_, fields));
+  EXPECT_EQ(session_.defaults.O_Nat_Tranz, "8");
   EXPECT_EQ(session_.defaults.I_Incoterms, "CPT");
   EXPECT_EQ(session_.defaults.O_Mod_Transp, "1");
 
