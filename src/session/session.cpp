@@ -4,6 +4,7 @@
 #include <set>
 
 #include "platform/encoding.h"
+#include "platform/locale.h"
 
 namespace session {
 namespace {
@@ -67,7 +68,8 @@ Session::Session(platform::Host host_parts)
       common(EnvironmentOf(this)),
       company(EnvironmentOf(this)),
       tariff(EnvironmentOf(this)),
-      user_name(platform::UserName()) {}
+      user_name(platform::UserName()),
+      decimal_comma(platform::DecimalSeparator() != ".") {}
 
 void Session::ReadSettings(std::string_view app_path) {
   OncePrompter once(host.prompter);
