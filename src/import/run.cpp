@@ -47,7 +47,8 @@ bool ConcernsRow(const store::Error& error) {
          error.number() == store::kTypeMismatch;
 }
 
-void CopyRows(session::Session& session, const Inputs& inputs, store::Recordset& sheet, Result& result) {
+void CopyRows(session::Session& session, const Inputs& inputs, Worksheet& worksheet, Result& result) {
+  store::Recordset& sheet = worksheet.rows;
   platform::Progress& progress = session.host.progress;
   store::Transaction transaction(session.company);
   store::Recordset lines = session.company.QueryForUpdate("SELECT TOP 1 * FROM Intrastat");
@@ -67,7 +68,7 @@ void CopyRows(session::Session& session, const Inputs& inputs, store::Recordset&
     } catch (const store::Error& error) {
       if (filled && !ConcernsRow(error)) throw;
       lines.CancelUpdate();
-      result.rejected.push_back({line + 1, writer.column(), error.description()});
+      result.rejected.push_back({worksheet.heading_row + line, writer.column(), error.description()});
     }
     progress.Status("SE RETIN DATELE - Inregistrarea : " + std::to_string(line));
     progress.Update("Copiere date ...",
@@ -97,7 +98,7 @@ Result RunChecked(session::Session& session, const Inputs& inputs) {
   result.total = worksheet.rows.record_count();
   host.progress.Status("TOTAL INREGISTRARI CITITE: " + std::to_string(result.total));
 
-  CopyRows(session, inputs, worksheet.rows, result);
+  CopyRows(session, inputs, worksheet, result);
   if (result.outcome == Outcome::kCancelled) {
     host.prompter.Message("Preluarea a fost oprita, nu s-a retinut nicio inregistrare", "MESAJ",
                           platform::Icon::kExclamation);

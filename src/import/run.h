@@ -21,7 +21,7 @@ struct Inputs {
 
 /// A worksheet row that could not become a line.
 struct Rejected {
-  std::int64_t row = 0;  ///< worksheet row, the headings being row 1
+  std::int64_t row = 0;  ///< row of the worksheet, from 1
   std::string column;    ///< of Intrastat; empty where the row as a whole was refused
   std::string reason;
 };

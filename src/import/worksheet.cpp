@@ -53,6 +53,7 @@ Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::s
       return result;
     }
     result.rows = source.Query(select.statement);
+    result.heading_row = source.FirstRow(std::string(sheet) + "$");
     if (result.rows.record_count() == 0) {
       result.problem = "Foaia " + std::string(sheet) + " nu are nicio inregistrare sub capul de tabel";
     }

@@ -10,6 +10,7 @@ namespace importer {
 /// A worksheet read through a template: fields are named after the destination columns.
 struct Worksheet {
   store::Recordset rows;
+  std::int64_t heading_row = 1;  ///< row of the worksheet that holds the headings
   std::string problem;  ///< why it could not be read, naming file, sheet or column; empty when it was
 };
 

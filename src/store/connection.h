@@ -94,6 +94,9 @@ class Connection {
 
   std::vector<SchemaTable> Tables() const;
   std::vector<SchemaColumn> Columns(std::string_view table) const;
+  /// Row of the worksheet or text file, from 1, in which a table of it begins (its headings where it has
+  /// some). Only for connections on such files.
+  std::uint32_t FirstRow(std::string_view table) const;
 
   /// The catalog of the open database file: descriptions, links, stored queries. Throws on sources.
   Catalog& catalog();

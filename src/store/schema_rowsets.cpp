@@ -100,4 +100,10 @@ std::vector<SchemaColumn> Connection::Columns(std::string_view table) const {
   return rows;
 }
 
+std::uint32_t Connection::FirstRow(std::string_view table) const {
+  Engine& engine = *impl_->engine;
+  engine.RequireOpen(table);
+  return engine.source()->FirstRow(table);
+}
+
 }  // namespace store

@@ -147,6 +147,14 @@ const dialect::Relation* SourceSchema::Find(std::string_view name) const {
   return &sources_.back()->relation;
 }
 
+std::uint32_t SourceSchema::FirstRow(std::string_view name) const {
+  const dialect::Relation* relation = Find(name);
+  for (const std::unique_ptr<Source>& source : sources_) {
+    if (&source->relation == relation) return source->table.first_row();
+  }
+  return 1;
+}
+
 std::string SourceSchema::ShowStatement(std::size_t index) const {
   return fmt::format("CREATE VIRTUAL TABLE IF NOT EXISTS {} USING dx_source({})",
                      sources_[index]->relation.sqlite_name, index);

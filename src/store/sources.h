@@ -32,6 +32,9 @@ class SourceSchema : public dialect::SchemaSource {
   /// Shows the tables read so far again after a rollback, which drops those first named within it.
   void ShowAgain() noexcept;
 
+  /// Row of the file, from 1, in which a table begins. Throws as Find does.
+  std::uint32_t FirstRow(std::string_view name) const;
+
   /// Names as statements write them.
   std::vector<std::string> Names() const;
 

@@ -14,7 +14,10 @@ class TableSink : public CellSink {
                        !(cell.kind == CellKind::kText && cell.text.empty());
     // An error takes part in the used range like any value, and reads as Null.
     if (!value && cell.kind != CellKind::kError) return true;
-    if (!started_) next_row_ = cell.row;
+    if (!started_) {
+      next_row_ = cell.row;
+      builder_->SetFirstRow(cell.row + 1);
+    }
     started_ = true;
     for (; next_row_ < cell.row; ++next_row_) builder_->EndRow();
     if (!value) return true;

@@ -48,6 +48,8 @@ class Table {
  public:
   const std::vector<Column>& columns() const { return columns_; }
   std::size_t row_count() const { return rows_.size(); }
+  /// Worksheet row, from 1, in which the table begins: its headings where it has some.
+  std::uint32_t first_row() const { return first_row_; }
   const Cell& at(std::size_t row, std::size_t column) const {
     const Row& cells = rows_[row];
     return column < cells.width ? cells.first[column] : null_;
@@ -61,6 +63,7 @@ class Table {
   };
   std::vector<Column> columns_;
   std::vector<Row> rows_;
+  std::uint32_t first_row_ = 1;
   std::vector<std::unique_ptr<Cell[]>> cells_;
   std::vector<std::unique_ptr<char[]>> arena_;
   Cell null_;

@@ -20,6 +20,7 @@ class TableBuilder {
   void PutNumber(std::size_t column, CellKind source, double number, std::uint8_t zero_pad = 0);
   void PutText(std::size_t column, std::string_view text);
   void EndRow();
+  void SetFirstRow(std::uint32_t row) { table_.first_row_ = row; }
 
   /// Drops the leading columns without a value, then makes columns as wide as the widest row.
   void FitColumns();
