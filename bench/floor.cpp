@@ -36,8 +36,8 @@ double InsertRaw(const RawLines& lines, const std::string& file) {
         db);
   std::string create = "CREATE TABLE Intrastat (", marks;
   for (std::size_t i = 0; i < lines.columns.size(); ++i) {
-    create += (i ? ", \"" : "\"") + lines.columns[i] + "\"";
-    if (lines.columns[i] == "Record_ID") create += " INTEGER PRIMARY KEY";
+    create += (i ? ", \"" : "\"") + lines.columns[i] + "\" " + lines.types[i];
+    if (lines.columns[i] == "Record_ID") create += " PRIMARY KEY";
     marks += i ? ",?" : "?";
   }
   Check(sqlite3_exec(db, (create + ")").c_str(), nullptr, nullptr, nullptr), db);
@@ -162,7 +162,11 @@ RawLines ReadRaw(const std::string& database_file, const std::string& table) {
   Check(sqlite3_prepare_v2(db, ("SELECT * FROM \"" + table + "\"").c_str(), -1, &select, nullptr), db);
   RawLines lines;
   const int columns = sqlite3_column_count(select);
-  for (int i = 0; i < columns; ++i) lines.columns.emplace_back(sqlite3_column_name(select, i));
+  for (int i = 0; i < columns; ++i) {
+    const char* type = sqlite3_column_decltype(select, i);
+    lines.columns.emplace_back(sqlite3_column_name(select, i));
+    lines.types.emplace_back(type == nullptr ? "" : type);
+  }
   while (sqlite3_step(select) == SQLITE_ROW) {
     for (int i = 0; i < columns; ++i) {
       RawCell cell;

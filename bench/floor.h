@@ -16,8 +16,8 @@ struct RawCell {
 
 /// The stored lines as SQLite holds them, in memory.
 struct RawLines {
-  std::vector<std::string> columns;
-  std::vector<RawCell> cells;  ///< row after row
+  std::vector<std::string> columns, types;  ///< names and declared types
+  std::vector<RawCell> cells;               ///< row after row
   std::size_t rows() const { return cells.size() / columns.size(); }
   const RawCell& at(std::size_t row, std::size_t column) const {
     return cells[row * columns.size() + column];

@@ -165,6 +165,7 @@ bool Verifica_Declaratie(session::Session& session, const std::string& TIP, std:
   std::string report;
   bool any_problem = false;
   {
+    const tariff::LookupRun lookups(session);
     store::Transaction transaction(session.company);
     session.company.Execute("UPDATE Intrastat SET Probleme=0" + filter);
     const LineQuery query = ReadLineQuery(session);

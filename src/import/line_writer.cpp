@@ -51,10 +51,26 @@ LineWriter::LineWriter(session::Session& session, const Inputs& inputs, store::R
       cod_ums_(lines.FieldIndex("Cod_UMS")),
       val_ums_(lines.FieldIndex("Val_UMS")),
       exista_ums_(lines.FieldIndex("Exista_UMS")) {
+  std::vector<int> stamped;  // the same on every line of the run, whatever the worksheet says
+  const auto stamp = [&](const char* name, const store::Value& value) {
+    stamped.push_back(lines.FieldIndex(name));
+    lines.SetForNewRows(stamped.back(), value);
+  };
+  stamp("TIP", inputs.tip_operatiune.substr(0, 1));
+  stamp("Anul", inputs.Anul);
+  stamp("Luna", inputs.Luna);
+  stamp("Cod_Fiscal", inputs.Cod_Fiscal);
+  stamp("Data_Preluare", store::Date{platform::ToSerial(session.host.clock.Now())});
+  stamp("UserName", session.user_name.empty() ? std::string("N/A") : session.user_name);
+  stamp("SourceFile_FullPath", platform::Utf8Prefix(inputs.path, kPathCharacters));
+  stamp("SourceFile", platform::Utf8Prefix(platform::FileNameOf(inputs.path), kFileNameCharacters));
+  stamp("Probleme", 0);
+
   const int net = lines.FieldIndex("Net");
   const int incoterms = lines.FieldIndex("Incoterms");
   for (int from = 0; from < sheet.field_count(); ++from) {
     const int to = lines.FieldIndex(sheet.field(from).name);
+    if (std::find(stamped.begin(), stamped.end(), to) != stamped.end()) continue;
     Treatment treatment = Treatment::kCopy;
     if (to == cod_nc_) treatment = Treatment::kCode;
     if (to == tara_orig_ || to == tara_exp_ || to == tara_dest_ || to == incoterms || to == moneda_) {
@@ -66,19 +82,6 @@ LineWriter::LineWriter(session::Session& session, const Inputs& inputs, store::R
     if (to == curs_schimb_) treatment = Treatment::kRate;
     copies_.push_back({from, to, treatment, lines.field(to).type == store::ColumnType::kYesNo});
   }
-
-  const auto stamp = [&](const char* name, store::Value value) {
-    stamps_.emplace_back(lines.FieldIndex(name), std::move(value));
-  };
-  stamp("TIP", inputs.tip_operatiune.substr(0, 1));
-  stamp("Anul", inputs.Anul);
-  stamp("Luna", inputs.Luna);
-  stamp("Cod_Fiscal", inputs.Cod_Fiscal);
-  stamp("Data_Preluare", store::Date{platform::ToSerial(session.host.clock.Now())});
-  stamp("UserName", session.user_name.empty() ? std::string("N/A") : session.user_name);
-  stamp("SourceFile_FullPath", platform::Utf8Prefix(inputs.path, kPathCharacters));
-  stamp("SourceFile", platform::Utf8Prefix(platform::FileNameOf(inputs.path), kFileNameCharacters));
-  stamp("Probleme", 0);
 
   const session::DefaultValues& defaults = session.defaults;
   const auto preset = [&](int field, const std::string& value) {
@@ -102,7 +105,6 @@ void LineWriter::Fill() {
   field_ = -1;
   lines_->AddNew();
   CopyFields();
-  for (const auto& [field, value] : stamps_) Set(field, value);
   FillDefaults();
   ConvertAtRate();
   Set(arrivals_ ? tara_dest_ : tara_exp_, "RO");
@@ -113,32 +115,49 @@ void LineWriter::Fill() {
 
 void LineWriter::CopyFields() {
   for (const Copy& copy : copies_) {
-    const store::Value value = sheet_->Get(copy.from);
-    if (value.is_null()) {
-      if (!copy.yes_no) Set(copy.to, value);
+    if (sheet_->IsNull(copy.from)) {
+      if (!copy.yes_no) Set(copy.to, store::Null{});
       continue;
     }
     switch (copy.treatment) {
       case Treatment::kCopy:
-        Set(copy.to, value);
+        field_ = copy.to;
+        lines_->SetFrom(copy.to, *sheet_, copy.from);
         break;
       case Treatment::kCode:
-        Set(copy.to, BareCode(value.ToText()));
+        Set(copy.to, BareCode(sheet_->Get(copy.from).ToText()));
         break;
       case Treatment::kUpper:
-        Set(copy.to, Upper(value));
+        CopyUpper(copy);
         break;
       case Treatment::kMoney:
-      case Treatment::kRate: {
-        const int decimals = copy.treatment == Treatment::kMoney ? 2 : 4;
-        Set(copy.to, value);  // a number written as text is converted here
-        const double stored = lines_->Get(copy.to).ToDouble();
-        const double rounded = calc::Round(stored, decimals);
-        if (rounded != stored) Set(copy.to, rounded);
+        CopyMoney(copy, 2);
         break;
-      }
+      case Treatment::kRate:
+        CopyMoney(copy, 4);
+        break;
     }
   }
+}
+
+void LineWriter::CopyUpper(const Copy& copy) {
+  field_ = copy.to;
+  const store::Value value = sheet_->Get(copy.from);
+  const bool lower = value.is_text() && std::any_of(value.text().begin(), value.text().end(),
+                                                    [](char c) { return c < 'A' || c > 'Z'; });
+  if (lower) {
+    lines_->Set(copy.to, Upper(value));
+  } else {
+    lines_->SetFrom(copy.to, *sheet_, copy.from);
+  }
+}
+
+void LineWriter::CopyMoney(const Copy& copy, int decimals) {
+  field_ = copy.to;
+  lines_->SetFrom(copy.to, *sheet_, copy.from);  // a number written as text is converted here
+  const double stored = lines_->Get(copy.to).ToDouble();
+  const double rounded = calc::RoundStored(stored, decimals);
+  if (rounded != stored) lines_->Set(copy.to, rounded);
 }
 
 void LineWriter::FillDefaults() {
@@ -149,26 +168,26 @@ void LineWriter::FillDefaults() {
 
 void LineWriter::ConvertAtRate() {
   // A missing value counts as 0, so that sheets in a currency need no column in lei.
-  if (calc::Round(lines_->Get(val_fiscala_).ToDouble(), 0) != 0) return;
+  if (calc::RoundStored(lines_->Get(val_fiscala_).ToDouble(), 0) != 0) return;
   const store::Value currency = lines_->Get(moneda_);
   if (currency.is_text() && currency.text() == "RON") return;
   field_ = moneda_;
   const double rate = Rate(currency, lines_->Get(data_receptiei_));
-  const double value = calc::Round(lines_->Get(valoare_valuta_).ToDouble() * rate, 2);
+  const double value = calc::RoundStored(lines_->Get(valoare_valuta_).ToDouble() * rate, 2);
   Set(curs_schimb_, rate);
   Set(val_fiscala_, value);
   Set(val_stat_, value);
 }
 
 void LineWriter::FillFromTariff() {
-  const tariff::TariffAnswer& answer = Lookup(lines_->Get(cod_nc_).ToText());
-  if (!answer.found) return;
-  Set(descriere_nc_, answer.description);
-  Set(cod_ums_, answer.unit);
-  const bool has_unit = answer.flag != "0";
-  Set(exista_ums_, answer.flag);
-  if (has_unit) {
-    Set(val_ums_, calc::Round(lines_->Get(cantitate_).ToDouble(), 0));
+  const bool is_text = !lines_->IsNull(cod_nc_);
+  const TariffFields& fields = Lookup(is_text ? lines_->TextView(cod_nc_) : std::string_view());
+  if (!fields.found) return;
+  Set(descriere_nc_, fields.description);
+  Set(cod_ums_, fields.unit);
+  Set(exista_ums_, fields.flag);
+  if (fields.has_unit) {
+    Set(val_ums_, calc::RoundStored(lines_->Get(cantitate_).ToDouble(), 0));
   } else {
     Set(val_ums_, store::Null{});
   }
@@ -188,10 +207,14 @@ double LineWriter::Rate(const store::Value& currency, const store::Value& date) 
   return known->second;
 }
 
-const tariff::TariffAnswer& LineWriter::Lookup(const std::string& code) {
-  const auto [known, is_new] = tariff_answers_.try_emplace(code);
-  if (is_new) known->second = tariff::SplitAnswer(tariff::Cautare_Tarif(*session_, code));
-  return known->second;
+const LineWriter::TariffFields& LineWriter::Lookup(std::string_view code) {
+  const auto known = tariff_answers_.find(code);
+  if (known != tariff_answers_.end()) return known->second;
+  const tariff::TariffAnswer answer = tariff::SplitAnswer(tariff::Cautare_Tarif(*session_, code));
+  return tariff_answers_
+      .emplace(code,
+               TariffFields{answer.found, answer.flag != "0", answer.description, answer.unit, answer.flag})
+      .first->second;
 }
 
 }  // namespace importer

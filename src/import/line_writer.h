@@ -43,21 +43,31 @@ class LineWriter {
   void ConvertAtRate();
   void FillFromTariff();
   double Rate(const store::Value& currency, const store::Value& date);
-  const tariff::TariffAnswer& Lookup(const std::string& code);
+  /// What the tariff says of a code, as the values that the fields take.
+  struct TariffFields {
+    bool found = false, has_unit = false;
+    store::Value description, unit, flag;
+  };
+  const TariffFields& Lookup(std::string_view code);
+  void CopyMoney(const Copy& copy, int decimals);
+  void CopyUpper(const Copy& copy);
 
   session::Session* session_;
   store::Recordset* sheet_;
   store::Recordset* lines_;
   bool arrivals_;
   std::vector<Copy> copies_;
-  std::vector<std::pair<int, store::Value>> stamps_;  ///< the same on every line of the run
-  std::vector<Preset> presets_;                       ///< company defaults for empty coded fields
+  std::vector<Preset> presets_;  ///< company defaults for empty coded fields
   int field_ = -1;
 
   int data_receptiei_, cod_nc_, descriere_nc_, cantitate_, valoare_valuta_, moneda_, curs_schimb_,
       val_fiscala_, val_stat_, tara_orig_, tara_exp_, tara_dest_, cod_ums_, val_ums_, exista_ums_;
 
-  std::unordered_map<std::string, tariff::TariffAnswer> tariff_answers_;
+  struct Hash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+  };
+  std::unordered_map<std::string, TariffFields, Hash, std::equal_to<>> tariff_answers_;
   std::map<std::pair<std::string, double>, double> rates_;
 };
 

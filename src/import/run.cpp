@@ -50,6 +50,7 @@ bool ConcernsRow(const store::Error& error) {
 void CopyRows(session::Session& session, const Inputs& inputs, Worksheet& worksheet, Result& result) {
   store::Recordset& sheet = worksheet.rows;
   platform::Progress& progress = session.host.progress;
+  const tariff::LookupRun lookups(session);
   store::Transaction transaction(session.company);
   store::Recordset lines = session.company.QueryForUpdate("SELECT TOP 1 * FROM Intrastat");
   LineWriter writer(session, inputs, sheet, lines);
@@ -72,8 +73,8 @@ void CopyRows(session::Session& session, const Inputs& inputs, Worksheet& worksh
     }
     progress.Status("SE RETIN DATELE - Inregistrarea : " + std::to_string(line));
     progress.Update("Copiere date ...",
-                    static_cast<int>(
-                        calc::Round(static_cast<double>(line) / static_cast<double>(result.total) * 100, 0)));
+                    static_cast<int>(calc::RoundStored(
+                        static_cast<double>(line) / static_cast<double>(result.total) * 100, 0)));
   }
   transaction.Commit();
   result.outcome = Outcome::kDone;

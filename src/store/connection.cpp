@@ -88,7 +88,7 @@ Recordset Connection::Open(std::string_view select, const OpenOptions& options) 
   if (IsShape(select)) return OpenShape(engine, select, options);
   Prepared& prepared = engine->Prepare(select);
   RequireSelect(prepared, select);
-  return RecordsetFactory::Load(engine, prepared, select, options);
+  return RecordsetFactory::Load(engine, prepared, select, options, &engine->normalized());
 }
 
 Recordset Connection::QueryStored(std::string_view name, const std::vector<Value>& arguments) {
@@ -145,9 +145,15 @@ std::int64_t Connection::Execute(std::string_view statement) {
     impl_->catalog.Carry(translation);
     return 0;
   }
+  std::optional<std::int64_t> matched;
+  if (prepared.matched) {
+    const ResetGuard guard(prepared.matched.get());
+    if (engine.Step(prepared.matched)) matched = prepared.matched.Integer(0);
+  }
   const ResetGuard guard(prepared.statement.get());
   while (engine.Step(prepared, statement)) {
   }
+  if (matched) return *matched;
   if (prepared.translation.kind == dialect::StatementKind::kSelect) return 0;
   return sqlite3_changes64(engine.db());
 }

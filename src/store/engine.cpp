@@ -167,14 +167,18 @@ Prepared& Engine::Prepare(std::string_view text) {
     if (!made->translation.sql.empty()) {
       made->statement = Statement(db_, made->translation.sql, text, path_);
     }
+    if (!made->translation.matched_sql.empty()) {
+      made->matched = Statement(db_, made->translation.matched_sql, text, path_);
+    }
     prepared = &cache_.Add(normalized_, std::move(made));
   }
-  if (prepared->statement) BindLiterals(*prepared, normalized_);
+  if (prepared->statement) BindLiterals(*prepared, prepared->statement.get(), normalized_);
+  if (prepared->matched) BindLiterals(*prepared, prepared->matched.get(), normalized_);
   return *prepared;
 }
 
-void Engine::BindLiterals(const Prepared& prepared, const dialect::Normalized& normalized) {
-  sqlite3_stmt* statement = prepared.statement.get();
+void Engine::BindLiterals(const Prepared& prepared, sqlite3_stmt* statement,
+                          const dialect::Normalized& normalized) {
   int index = 0;
   for (const dialect::Parameter& parameter : prepared.translation.parameters) {
     ++index;

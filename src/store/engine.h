@@ -38,6 +38,8 @@ class Engine {
   const Environment& environment() const { return environment_; }
   bool is_source() const { return source_ != nullptr; }
   SourceSchema* source() { return source_.get(); }
+  /// Of the statement prepared last.
+  const dialect::Normalized& normalized() const { return normalized_; }
   FileSchema& main_file() { return *files_.front(); }
   const dialect::SchemaSource& schema() const;
 
@@ -90,7 +92,7 @@ class Engine {
  private:
   void OpenDatabase(const std::string& path, bool read_only);
   void OpenHandle(const std::string& file_name, int flags);
-  void BindLiterals(const Prepared& prepared, const dialect::Normalized& normalized);
+  void BindLiterals(const Prepared& prepared, sqlite3_stmt* statement, const dialect::Normalized& normalized);
 
   Environment environment_;
   sqlite3* db_ = nullptr;

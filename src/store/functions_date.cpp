@@ -243,9 +243,7 @@ void Today(Call& call) { call.Return(std::floor(Now())); }
 void TimeNow(Call& call) { call.Return(TimeOf(Now())); }
 
 /// Arguments known to be dates never get here: to SQLite they are plain numbers, which are no dates.
-void IsDate(Call& call) {
-  call.Return(call.type(0) == SQLITE_TEXT && ParseDate(call.Text(0)).has_value());
-}
+void IsDate(Call& call) { call.Return(call.type(0) == SQLITE_TEXT && ParseDate(call.Text(0)).has_value()); }
 
 }  // namespace
 

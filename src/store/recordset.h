@@ -68,6 +68,10 @@ class Recordset {
   /// field as it was.
   void Set(int field, const Value& value);
   void Set(std::string_view name, const Value& value) { Set(FieldIndex(name), value); }
+  /// Sets a field from the current row of another recordset, as Set with its value would.
+  void SetFrom(int field, const Recordset& from, int from_field);
+  /// Every row begun by AddNew from now on has this value set. Throws as Set does.
+  void SetForNewRows(int field, const Value& value);
   /// Stores the changed fields (one INSERT or UPDATE of just these columns); nothing changed, nothing done.
   /// After an insert the new row is current and its counter readable. On failure throws; the pending values
   /// stay until CancelUpdate.

@@ -56,10 +56,13 @@ struct RowSet {
   void RemoveLive(std::int64_t row);
 };
 
-/// A statement that writes one set of columns, kept while the same columns are written again.
-struct EditPlan {
-  std::vector<char> mask;
-  Statement* statement = nullptr;
+/// The statements that write a recordset's rows, one for each set of columns written so far.
+struct EditPlans {
+  struct Plan {
+    std::vector<char> mask;
+    Statement* statement = nullptr;
+  };
+  std::vector<Plan> plans;  ///< the last used one first
   std::uint64_t generation = 0;
 };
 
@@ -77,6 +80,12 @@ struct Recordset::Data {
   dialect::RowCondition filter;
   std::vector<std::pair<int, bool>> order;     ///< field, descending
   std::vector<std::pair<int, Value>> related;  ///< a child's fields and the parent's values
+  struct NewRowValue {
+    int field;
+    std::unique_ptr<const std::string> text;  ///< storage of the cell's text
+    Cell cell;
+  };
+  std::vector<NewRowValue> new_row_values;
 
   enum class Pending { kNone, kEdit, kNew };
   Pending pending = Pending::kNone;
@@ -84,7 +93,7 @@ struct Recordset::Data {
   std::vector<std::string> buffer_texts;
   std::vector<char> changed;
   std::string scratch;
-  EditPlan insert_plan, update_plan;
+  EditPlans insert_plans, update_plans;
 
   std::int64_t count() const;
   std::int64_t row_at(std::int64_t position) const;
@@ -94,10 +103,17 @@ struct Recordset::Data {
   void Settle();       ///< brings the view up to date after deletions through a copy
   void RebuildView();  ///< from filter, relation and order
   void BeginPending(Pending kind);
+  /// The value as a cell of the field's type, its text in `text`. Throws kNotUpdatable, kConversion,
+  /// kTooLong.
+  Cell Converted(int field, const Value& value, std::string& text) const;
+  void RequireStored(const FieldInfo& info) const;
+  void BeginChange(int field);
+  /// Puts a converted value into the pending row; a long text is taken out of `text`.
+  void Change(int field, const Cell& cell, std::string& text);
   void SaveNew();
   void SaveEdit();
   void RequireWritable() const;
-  Statement& Plan(EditPlan& plan, bool insert);
+  Statement& Plan(EditPlans& kept, bool insert);
   int BindPending(Statement& statement) const;  ///< parameters bound
   void ReadDefaults();
 };
@@ -105,10 +121,14 @@ struct Recordset::Data {
 /// Makes recordsets.
 struct RecordsetFactory {
   static Recordset Load(const std::shared_ptr<Engine>& engine, Prepared& prepared, std::string_view text,
-                        const OpenOptions& options);
+                        const OpenOptions& options, const dialect::Normalized* literals = nullptr);
   static Recordset Wrap(std::shared_ptr<RowSet> rows);
   static const std::shared_ptr<RowSet>& Rows(const Recordset& recordset) { return recordset.data_->set; }
 };
+
+/// A number that SQLite or a source gives, as a cell of the result column's type.
+Cell NumberCell(const dialect::ResultColumn& column, double number);
+Cell IntegerCell(const dialect::ResultColumn& column, std::int64_t number);
 
 /// One value of a result row. A text is SQLite's own, valid until the next step, or lies in `text`.
 Cell ReadCell(sqlite3_stmt* statement, int index, const dialect::ResultColumn& column, bool from_source,

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "store/recordset_data.h"
 
 namespace store {
@@ -61,6 +63,10 @@ void Recordset::Data::BeginPending(Pending kind) {
       buffer[static_cast<std::size_t>(field)] = Cell::DateOf(sqlite3_column_double(now.get(), 0));
       changed[static_cast<std::size_t>(field)] = 1;
     }
+    for (const NewRowValue& value : new_row_values) {
+      buffer[static_cast<std::size_t>(value.field)] = value.cell;
+      changed[static_cast<std::size_t>(value.field)] = 1;
+    }
     for (const auto& [field, value] : related) {
       const auto i = static_cast<std::size_t>(field);
       const FieldInfo& info = set->fields[i];
@@ -81,40 +87,79 @@ void Recordset::AddNew() {
   data.BeginPending(Data::Pending::kNew);
 }
 
-void Recordset::Set(int field, const Value& value) {
-  Data& data = Opened(data_);
-  RequireField(*data.set, field);
-  const auto i = static_cast<std::size_t>(field);
-  const FieldInfo& info = data.set->fields[i];
-  if (data.pending == Data::Pending::kNone) {
-    data.Settle();
-    data.BeginPending(Data::Pending::kEdit);
-  }
-  if (!data.set->in_memory && info.base_column.empty()) {
-    throw Error(kNotUpdatable, data.set->statement,
-                fmt::format("Coloana {} este calculata si nu poate fi modificata", info.name));
-  }
-  Cell cell;
+void Recordset::Data::RequireStored(const FieldInfo& info) const {
+  if (set->in_memory || !info.base_column.empty()) return;
+  throw Error(kNotUpdatable, set->statement,
+              fmt::format("Coloana {} este calculata si nu poate fi modificata", info.name));
+}
+
+Cell Recordset::Data::Converted(int field, const Value& value, std::string& text) const {
+  const FieldInfo& info = set->fields[static_cast<std::size_t>(field)];
+  RequireStored(info);
   if (!info.typed && !value.is_text()) {
-    cell = value.is_null()      ? Cell()
+    return value.is_null()      ? Cell()
            : value.is_boolean() ? Cell::Boolean(value.ToBoolean())
            : value.is_integer() ? Cell::Integer(value.ToInteger())
            : value.is_date()    ? Cell::DateOf(value.ToDate().days)
                                 : Cell::Double(value.ToDouble());
-  } else {
-    const ColumnType type = info.typed ? info.type : ColumnType::kMemo;
-    const ConversionFailure failure = ConvertForColumn(value, type, info.size, cell, data.scratch);
-    if (failure.number != 0) {
-      throw Error(failure.number, data.set->statement,
-                  fmt::format("Coloana {}: {}", info.name, failure.reason));
-    }
   }
+  Cell cell;
+  const ColumnType type = info.typed ? info.type : ColumnType::kMemo;
+  const ConversionFailure failure = ConvertForColumn(value, type, info.size, cell, text);
+  if (failure.number != 0) {
+    throw Error(failure.number, set->statement, fmt::format("Coloana {}: {}", info.name, failure.reason));
+  }
+  return cell;
+}
+
+void Recordset::Data::Change(int field, const Cell& cell, std::string& text) {
+  const auto i = static_cast<std::size_t>(field);
+  buffer[i] = cell;
   if (cell.kind == Cell::Kind::kText) {
-    std::swap(data.buffer_texts[i], data.scratch);
-    cell = Cell::TextRef(data.buffer_texts[i]);
+    std::swap(buffer_texts[i], text);
+    buffer[i] = Cell::TextRef(buffer_texts[i]);
   }
-  data.buffer[i] = cell;
-  data.changed[i] = 1;
+  changed[i] = 1;
+}
+
+void Recordset::Data::BeginChange(int field) {
+  RequireField(*set, field);
+  if (pending != Pending::kNone) return;
+  Settle();
+  BeginPending(Pending::kEdit);
+}
+
+void Recordset::Set(int field, const Value& value) {
+  Data& data = Opened(data_);
+  data.BeginChange(field);
+  data.Change(field, data.Converted(field, value, data.scratch), data.scratch);
+}
+
+void Recordset::SetFrom(int field, const Recordset& from, int from_field) {
+  Data& data = Opened(data_);
+  data.BeginChange(field);
+  const Cell& cell = Opened(from.data_).cell(from_field);
+  const FieldInfo& info = data.set->fields[static_cast<std::size_t>(field)];
+  // The common kinds need no conversion; a text whose bytes fit has no more characters than the column.
+  const bool fits =
+      info.typed &&
+      ((cell.is_text() && info.type == ColumnType::kText &&
+        cell.length <= static_cast<std::uint32_t>(info.size)) ||
+       (cell.kind == Cell::Kind::kDouble && info.type == ColumnType::kDouble && std::isfinite(cell.number)));
+  if (!fits) return Set(field, cell.ToValue());
+  data.RequireStored(info);
+  if (cell.kind == Cell::Kind::kText) data.scratch.assign(cell.AsText());
+  data.Change(field, cell, data.scratch);
+}
+
+void Recordset::SetForNewRows(int field, const Value& value) {
+  Data& data = Opened(data_);
+  RequireField(*data.set, field);
+  std::string text;
+  Cell cell = data.Converted(field, value, text);
+  auto kept = std::make_unique<const std::string>(std::move(text));
+  if (cell.is_text()) cell = Cell::TextRef(*kept);
+  data.new_row_values.push_back({field, std::move(kept), cell});
 }
 
 bool Recordset::pending() const { return data_ != nullptr && data_->pending != Data::Pending::kNone; }
@@ -135,10 +180,15 @@ void Recordset::Update() {
   }
 }
 
-Statement& Recordset::Data::Plan(EditPlan& plan, bool insert) {
+Statement& Recordset::Data::Plan(EditPlans& kept, bool insert) {
+  constexpr std::size_t kKept = 16;
   Engine& engine = *set->engine;
-  if (plan.statement != nullptr && plan.generation == engine.edit_generation() && plan.mask == changed) {
-    return *plan.statement;
+  if (kept.generation != engine.edit_generation()) kept.plans.clear();
+  const auto known = std::find_if(kept.plans.begin(), kept.plans.end(),
+                                  [&](const EditPlans::Plan& plan) { return plan.mask == changed; });
+  if (known != kept.plans.end()) {
+    std::rotate(kept.plans.begin(), known, known + 1);
+    return *kept.plans.front().statement;
   }
   std::string columns, marks;
   int parameter = 0;
@@ -164,10 +214,12 @@ Statement& Recordset::Data::Plan(EditPlan& plan, bool insert) {
   } else {
     sql = fmt::format("INSERT INTO {}({}) VALUES({})", set->base_table, columns, marks);
   }
-  plan.statement = &engine.EditStatement(sql);
-  plan.generation = engine.edit_generation();
-  plan.mask = changed;
-  return *plan.statement;
+  Statement& statement = engine.EditStatement(sql);
+  if (kept.generation != engine.edit_generation()) kept.plans.clear();
+  kept.generation = engine.edit_generation();
+  if (kept.plans.size() == kKept) kept.plans.pop_back();
+  kept.plans.insert(kept.plans.begin(), {changed, &statement});
+  return statement;
 }
 
 int Recordset::Data::BindPending(Statement& statement) const {
@@ -201,7 +253,7 @@ void Recordset::Data::SaveNew() {
   RequireWritable();
   std::int64_t rowid = 0;
   if (set->updatable) {
-    Statement& insert = Plan(insert_plan, true);
+    Statement& insert = Plan(insert_plans, true);
     BindPending(insert);
     insert.Step(set->statement, set->engine->path());
     insert.Reset();
@@ -233,7 +285,7 @@ void Recordset::Data::SaveEdit() {
   if (set->updatable) {
     Engine& engine = *set->engine;
     std::int64_t& rowid = set->rowids[static_cast<std::size_t>(row)];
-    Statement& update = Plan(update_plan, false);
+    Statement& update = Plan(update_plans, false);
     update.Bind(BindPending(update) + 1, rowid);
     update.Step(set->statement, engine.path());
     update.Reset();

@@ -1,5 +1,6 @@
 #include "platform/spreadsheet/table.h"
 #include "store/recordset_data.h"
+#include "store/source_projection.h"
 
 namespace store {
 
@@ -9,6 +10,8 @@ namespace {
 bool KeepsZeros(sqlite3_stmt* statement, int column) {
   return sqlite3_value_subtype(sqlite3_column_value(statement, column)) != 0;
 }
+
+}  // namespace
 
 Cell NumberCell(const dialect::ResultColumn& column, double number) {
   if (column.typed && column.type == ColumnType::kDateTime) return Cell::DateOf(number);
@@ -32,6 +35,8 @@ Cell IntegerCell(const dialect::ResultColumn& column, std::int64_t number) {
       return Cell::Integer(number);
   }
 }
+
+namespace {
 
 std::string_view ColumnText(sqlite3_stmt* statement, int column) {
   const unsigned char* text = sqlite3_column_text(statement, column);
@@ -62,7 +67,8 @@ Cell ReadCell(sqlite3_stmt* statement, int index, const dialect::ResultColumn& c
 }
 
 Recordset RecordsetFactory::Load(const std::shared_ptr<Engine>& engine, Prepared& prepared,
-                                 std::string_view text, const OpenOptions& options) {
+                                 std::string_view text, const OpenOptions& options,
+                                 const dialect::Normalized* literals) {
   const dialect::Translation& translation = prepared.translation;
   std::vector<FieldInfo> fields;
   for (const dialect::ResultColumn& column : translation.columns) {
@@ -87,6 +93,10 @@ Recordset RecordsetFactory::Load(const std::shared_ptr<Engine>& engine, Prepared
         set->counter_field = static_cast<int>(i);
       }
     }
+  }
+  if (literals != nullptr && engine->source() != nullptr &&
+      LoadProjection(*engine->source(), translation, *literals, set->rows)) {
+    return Wrap(std::move(set));
   }
   sqlite3_stmt* statement = prepared.statement.get();
   const ResetGuard guard(statement);

@@ -82,7 +82,7 @@ void SourceSchema::Register() {
       throw Error(kIntegrity, path, fmt::format("Nu exista fisierul {}", path));
     }
     try {
-      sheets_ = platform::spreadsheet::SheetNames(host_path_);
+      book_ = platform::spreadsheet::OpenXls(host_path_);
     } catch (const SheetError& error) {
       throw Error(kIntegrity, path, fmt::format("Fisierul {} nu poate fi citit: {}", path, error.what()));
     }
@@ -93,7 +93,7 @@ void SourceSchema::Register() {
 std::vector<std::string> SourceSchema::Names() const {
   std::vector<std::string> names;
   if (request_.kind == ConnectionRequest::Kind::kWorksheet) {
-    for (const std::string& sheet : sheets_) names.push_back(sheet + "$");
+    for (const auto& sheet : book_->sheets()) names.push_back(sheet.name + "$");
     return names;
   }
   std::error_code failed;
@@ -116,10 +116,15 @@ void SourceSchema::FailUnknown(std::string_view name) const {
               fmt::format("Nu exista '{}' in {}; exista: {}", name, request_.data_source, known));
 }
 
-const dialect::Relation* SourceSchema::Find(std::string_view name) const {
+const SourceSchema::Source* SourceSchema::Loaded(std::string_view name) const {
   for (const auto& source : sources_) {
-    if (NameEqual()(source->name, name)) return &source->relation;
+    if (NameEqual()(source->name, name)) return source.get();
   }
+  return nullptr;
+}
+
+const dialect::Relation* SourceSchema::Find(std::string_view name) const {
+  if (const Source* loaded = Loaded(name)) return &loaded->relation;
   std::unique_ptr<Source> source;
   try {
     source = Read(name);
@@ -185,7 +190,7 @@ std::unique_ptr<SourceSchema::Source> SourceSchema::ReadSheet(std::string_view n
   if (behind == "'" && sheet.starts_with('\'')) sheet.remove_prefix(1);
   auto source = std::make_unique<Source>();
   source->table = platform::spreadsheet::ReadSheetTable(
-      host_path_, sheet, {.headings = request_.headings, .mixed_as_text = request_.mixed_as_text});
+      *book_, sheet, {.headings = request_.headings, .mixed_as_text = request_.mixed_as_text});
   source->last_column = source->table.columns().size();
   source->row_count = source->table.row_count();
   if (!ranged) return source;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/spreadsheet/sheet.h"
 #include "platform/spreadsheet/table.h"
 #include "store/connection_string.h"
 #include "store/dialect/schema.h"
@@ -40,6 +41,8 @@ class SourceSchema : public dialect::SchemaSource {
 
   struct Source;
   const Source& at(std::size_t index) const { return *sources_[index]; }
+  /// A source that Find has found before; null where it has not.
+  const Source* Loaded(std::string_view name) const;
 
  private:
   std::unique_ptr<Source> Read(std::string_view name) const;
@@ -51,7 +54,7 @@ class SourceSchema : public dialect::SchemaSource {
   Engine& engine_;
   ConnectionRequest request_;
   std::string host_path_;
-  std::vector<std::string> sheets_;
+  std::unique_ptr<platform::spreadsheet::Workbook> book_;  // worksheets
   mutable std::vector<std::unique_ptr<Source>> sources_;
 };
 

@@ -15,6 +15,7 @@ namespace store {
 struct Prepared {
   dialect::Translation translation;
   Statement statement;  ///< none for CREATE and DROP
+  Statement matched;    ///< counts the rows of an UPDATE, where the translation has such a statement
 };
 
 /// The last translated statements of a connection, found by their text without its literals. A key has

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,18 @@ bool ConexiuneTarif(session::Session& session, int& month, int& year);
 /// Description "|" supplementary unit "|" has-unit flag of an eight-digit code; "||" when it is not in the
 /// tariff. The description is cut to 250 characters. The code goes into the statement as it stands.
 std::string Cautare_Tarif(session::Session& session, std::string_view code);
+
+/// Holds the tariff file's read lock over a run of lookups, which otherwise take and release it one by one.
+/// Not across ConexiuneTarif. Without an open tariff it does nothing.
+class LookupRun {
+ public:
+  explicit LookupRun(session::Session& session) {
+    if (session.tariff.is_open()) transaction_.emplace(session.tariff);
+  }
+
+ private:
+  std::optional<store::Transaction> transaction_;  // never committed: nothing is written
+};
 
 /// The lookup's text taken apart.
 struct TariffAnswer {

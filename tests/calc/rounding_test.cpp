@@ -18,13 +18,16 @@ TEST(Rounding, TrueHalvesGoToTheEvenNeighbour) {
   EXPECT_EQ(Round(0.03125, 4), 0.0312);
 }
 
-TEST(Rounding, DecimalsThatOnlyLookLikeHalvesFollowTheStoredValue) {
-  EXPECT_EQ(Round(2.675, 2), 2.67);  // stored as 2.67499…
-  EXPECT_EQ(Round(1.005, 2), 1.0);   // stored as 1.00499…
-  EXPECT_EQ(Round(1.115, 2), 1.11);  // stored as 1.11499…, although 1.115 * 100 is exactly 111.5
-  EXPECT_EQ(Round(0.285, 2), 0.28);
-  EXPECT_EQ(Round(0.545, 2), 0.55);  // stored as 0.54500…4
-  EXPECT_EQ(Round(-2.675, 2), -2.67);
+TEST(Rounding, TheImportFollowsTheStoredValueTheRestTheProductAsStatementsDo) {
+  EXPECT_EQ(RoundStored(2.675, 2), 2.67);  // stored as 2.67499…
+  EXPECT_EQ(RoundStored(1.005, 2), 1.0);   // stored as 1.00499…
+  EXPECT_EQ(RoundStored(1.115, 2), 1.11);  // stored as 1.11499…, although 1.115 * 100 is exactly 111.5
+  EXPECT_EQ(RoundStored(0.545, 2), 0.55);  // stored as 0.54500…4
+  EXPECT_EQ(RoundStored(0.125, 2), 0.12);
+  EXPECT_EQ(RoundStored(-2.675, 2), -2.67);
+  EXPECT_EQ(Round(2.675, 2), 2.68);
+  EXPECT_EQ(Round(1.115, 2), 1.12);
+  EXPECT_EQ(Round(0.545, 2), 0.55);
 }
 
 TEST(Rounding, KeepsLargeAndSpecialValuesAndNeverAnswersNegativeZero) {

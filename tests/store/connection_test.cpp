@@ -126,6 +126,21 @@ TEST_F(ConnectionTest, AFailingStatementChangesNothing) {
   EXPECT_EQ(db->Execute("DELETE FROM Linii"), 3);
 }
 
+TEST_F(ConnectionTest, UpdatesCountRowsThatHeldTheirValueAlready) {
+  const auto db = CreateAndOpen("m.mdb");
+  db->Execute("CREATE TABLE m (n LONG, t TEXT(5), d DATETIME, y YESNO)");
+  db->Execute("INSERT INTO m (n, t, y) VALUES (1, 'abc', 0)");
+  db->Execute("INSERT INTO m (n, t, d, y) VALUES (0, 'ABC', #3/5/2024#, -1)");
+  EXPECT_EQ(db->Execute("UPDATE m SET n=0"), 2);
+  EXPECT_EQ(db->Execute("UPDATE m SET n=0 WHERE t='abc' AND y=0"), 1);
+  EXPECT_EQ(db->Execute("UPDATE m SET n=0 WHERE n=7"), 0);
+  EXPECT_EQ(db->Scalar("SELECT SUM(n) FROM m")->ToDouble(), 0);
+  // Equal to "=", yet not the same value: written.
+  EXPECT_EQ(db->Execute("UPDATE m SET t='ABC', d=NULL, y=True"), 2);
+  EXPECT_EQ(Rows(db->Query("SELECT t, d, y FROM m")), "ABC|~|-1;ABC|~|-1");
+  EXPECT_THROW(db->Execute("UPDATE m SET t='abcdef'"), Error);
+}
+
 TEST_F(ConnectionTest, ProbesReuseOneStatementWithOtherValues) {
   auto db = CreateAndOpen("a.mdb");
   CreateLines(db->catalog());

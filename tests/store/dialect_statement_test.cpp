@@ -117,7 +117,7 @@ TEST_F(DialectStatement, Definitions) {
   EXPECT_EQ(table.new_columns[2].default_text, "\"RO\"");
   EXPECT_EQ(table.new_columns[3].default_text, "-1.5");
   EXPECT_EQ(table.new_columns[6].size, 255);
-  EXPECT_EQ(table.new_columns[7].type, ColumnType::kShort);
+  EXPECT_EQ(table.new_columns[7].type, ColumnType::kLong);
   EXPECT_EQ(table.new_columns[8].type, ColumnType::kLong);
   const Translation keyed = Translate("CREATE TABLE x (a LONG, b LONG, PRIMARY KEY (a, B))", *this);
   EXPECT_EQ(keyed.key_columns, (std::vector<std::string>{"a", "B"}));

@@ -99,6 +99,29 @@ TEST_F(RecordsetTest, ValuesThatDoNotFitLeaveTheFieldAlone) {
   EXPECT_EQ(Rows(db->Query("SELECT Cod, Val_Stat, Nr FROM Linii")), "șțăîâ123|0|~");
 }
 
+TEST_F(RecordsetTest, RowsCanStartWithSetValuesAndTakeFieldsOver) {
+  db->Execute("CREATE TABLE de_la (T TEXT(40), D DOUBLE, L LONG)");
+  db->Execute("INSERT INTO de_la VALUES ('un text mai lung de opt', 2.5, 7)");
+  db->Execute("INSERT INTO de_la VALUES ('prea lung pentru coloana', NULL, 70000)");
+  db->Execute("CREATE TABLE la (T TEXT(23), D DOUBLE, S SHORT, N TEXT(30))");
+  Recordset from = db->Query("SELECT * FROM de_la");
+  Recordset to = db->QueryForUpdate("SELECT * FROM la");
+  to.SetForNewRows(3, "acelasi pe fiecare rand");
+  EXPECT_THROW(to.SetForNewRows(2, "x"), Error);
+  to.AddNew();
+  for (int i = 0; i < 3; ++i) to.SetFrom(i, from, i);
+  to.Update();
+  from.MoveNext();
+  to.AddNew();
+  ErrorOf(kTooLong, [&] { to.SetFrom(0, from, 0); });
+  to.SetFrom(1, from, 1);
+  ErrorOf(kConversion, [&] { to.SetFrom(2, from, 2); });
+  to.Set("N", "altul");
+  to.Update();
+  EXPECT_EQ(Rows(db->Query("SELECT * FROM la")),
+            "un text mai lung de opt|2.5|7|acelasi pe fiecare rand;~|~|~|altul");
+}
+
 TEST_F(RecordsetTest, EditsWriteOnlyTheirColumnsToTheirRow) {
   Insert("a", "DE", 1);
   Insert("b", "FR", 2);

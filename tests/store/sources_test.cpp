@@ -65,6 +65,21 @@ TEST_F(SourcesTest, LeadingZerosStayWhereANumberBecomesText) {
             "84713000!;01012100!;!");
 }
 
+TEST_F(SourcesTest, HandingColumnsOverGivesWhatSteppingThroughThemGives) {
+  // A condition makes the engine step through SQLite; without one it copies the source's cells.
+  for (const char* items :
+       {"*", "[Data], [Ales], [Mixt]", "LEFT([Mixt] ,2) AS M",
+        "LEFT(IIF(ISNULL([Mixt]),\"gol\" ,[Mixt]) ,3) AS M", "IIF(ISNULL([Valoare]),0 ,[Valoare]) AS V",
+        "IIF(ISNULL([Cod N#C#]),1.5 ,[Cod N#C#]) AS C", "'RON' AS Moneda, 3 AS T",
+        "IIF(ISNULL([Data]),'fara' ,[Data]) AS D", "LEFT([Mixt] ,0) AS Nimic"}) {
+    const std::string select = fmt::format("SELECT {} FROM [Sheet1$]", items);
+    const Recordset handed = db.Query(select), stepped = db.Query(select + " WHERE 1=1");
+    EXPECT_EQ(Rows(handed), Rows(stepped)) << items;
+    ASSERT_EQ(handed.record_count(), 3) << items;
+    for (int i = 0; i < handed.field_count(); ++i) EXPECT_EQ(handed.Get(i), stepped.Get(i)) << items;
+  }
+}
+
 TEST_F(SourcesTest, UnknownNamesTellWhatThereIs) {
   EXPECT_THAT(ErrorOf(kNoSuchTable, [&] { db.Query("SELECT * FROM [Foaie$]"); }),
               testing::AllOf(HasSubstr("Sheet1$"), HasSubstr("Alta foaie$"), HasSubstr("a.xls")));

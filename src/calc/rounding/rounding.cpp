@@ -4,9 +4,13 @@
 #include <cmath>
 #include <limits>
 
+#include "store/functions.h"
+
 namespace calc {
 
-double Round(double value, int decimals) {
+double Round(double value, int decimals) { return store::RoundHalfEven(value, decimals) + 0.0; }
+
+double RoundStored(double value, int decimals) {
   static constexpr std::array<double, 5> kScales = {1, 10, 100, 1000, 10000};
   const double scale = kScales.at(static_cast<std::size_t>(decimals));
   const double scaled = value * scale;

@@ -16,7 +16,7 @@ constexpr TypeName kTypeNames[] = {
     {"COUNTER", ColumnType::kCounter},   {"AUTOINCREMENT", ColumnType::kCounter},
     {"BYTE", ColumnType::kByte},         {"TINYINT", ColumnType::kByte},
     {"SHORT", ColumnType::kShort},       {"SMALLINT", ColumnType::kShort},
-    {"INTEGER", ColumnType::kShort},     {"INTEGER2", ColumnType::kShort},
+    {"INTEGER", ColumnType::kLong},      {"INTEGER2", ColumnType::kShort},
     {"LONG", ColumnType::kLong},         {"INT", ColumnType::kLong},
     {"INTEGER4", ColumnType::kLong},     {"SINGLE", ColumnType::kSingle},
     {"REAL", ColumnType::kSingle},       {"DOUBLE", ColumnType::kDouble},

@@ -1,6 +1,7 @@
 #include "store/dialect/binder.h"
 #include "store/dialect/diagnose.h"
 #include "store/dialect/parser.h"
+#include "store/dialect/projection.h"
 #include "store/dialect/push_filters.h"
 #include "store/dialect/scan.h"
 #include "store/dialect/writer.h"
@@ -61,6 +62,7 @@ class Translator {
       result.table_column = column.table_column;
       out_.columns.push_back(std::move(result));
     }
+    FindProjection(*statement_.query, out_);
     PushFilters(tree_);
     writer_.WriteTopQuery(*statement_.query);
   }

@@ -58,6 +58,13 @@ struct ResultColumn {
   std::string table_column;  ///< the base table's column, where it is one; else empty
 };
 
+/// One column of a projection: a column of the source, what stands for its Nulls, where its text is cut.
+struct Projected {
+  int column = -1;     ///< of the source; -1: the literal alone
+  int otherwise = -1;  ///< literal for a Null
+  int cut = -1;        ///< literal: the number of characters kept
+};
+
 struct NewColumn {
   std::string name;
   ColumnType type;
@@ -82,6 +89,12 @@ struct Translation {
   /// then carries the row's rowid as one extra last column that `columns` does not list.
   std::string base_table;
   std::string base_name;
+  /// A query that only hands over columns of one worksheet or delimited file, item by item; else empty.
+  std::vector<Projected> projection;
+  std::string projected_source;  ///< its name in FROM
+  /// UPDATE that skips rows which hold its values already: counts the rows it is about, with the same
+  /// parameters.
+  std::string matched_sql;
   // CREATE / DROP
   std::string object;  ///< table name; for indexes the table
   std::string index;

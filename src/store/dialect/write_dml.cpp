@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "store/dialect/types.h"
 #include "store/dialect/writer.h"
 
@@ -99,10 +101,7 @@ void Writer::WriteUpdate(Select& select, Source& target, const std::vector<int>&
     Assign(column, e.type, plain(e), single ? Captured(e) : "u.c" + std::to_string(i + 1));
   }
   if (single) {
-    if (select.where != nullptr) {
-      sql_ += " WHERE ";
-      Condition(*select.where);
-    }
+    WriteSingleUpdateFilter(select, target, columns, base);
     return;
   }
   // Joined tables are read first, row numbers with them, so that every kind of join serves.
@@ -115,6 +114,39 @@ void Writer::WriteUpdate(Select& select, Source& target, const std::vector<int>&
   sql_ += " AS rid";
   WriteBody(select, false);
   sql_ += ") AS u WHERE t.rowid = u.rid";
+}
+
+/// Rows that hold constant new values already are not written again: clearing a mark that few lines carry
+/// would rewrite them all. They count as touched all the same, which `matched_sql` tells.
+void Writer::WriteSingleUpdateFilter(const Select& select, const Source& target,
+                                     const std::vector<int>& columns, const Base& base) {
+  std::string condition;
+  if (select.where != nullptr) {
+    std::string saved = std::exchange(sql_, {});
+    Condition(*select.where);
+    condition = std::exchange(sql_, std::move(saved));
+  }
+  const bool constant = std::all_of(select.items.begin(), select.items.end(), [](const SelectItem& item) {
+    return item.expr->op == Op::kLiteral || item.expr->op == Op::kNull || item.expr->op == Op::kBoolean;
+  });
+  if (!constant) {
+    if (!condition.empty()) sql_ += " WHERE " + condition;
+    return;
+  }
+  out_.matched_sql = "SELECT COUNT(*) FROM " + base.relation->sqlite_name + " AS " + target.id;
+  if (!condition.empty()) out_.matched_sql += " WHERE " + condition;
+  sql_ += " WHERE ";
+  if (!condition.empty()) sql_ += "(" + condition + ") AND ";
+  sql_ += '(';
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (i > 0) sql_ += " OR ";
+    const SourceColumn& column = TargetColumn(target, columns[i], base);
+    const Expr& e = *select.items[i].expr;
+    sql_ += target.id + "." + QuoteName(column.name) + " IS NOT ";
+    Assign(column, e.type, false, Captured(e));
+    sql_ += " COLLATE BINARY";
+  }
+  sql_ += ')';
 }
 
 void Writer::WriteDelete(Select& select, Source& target) {

@@ -83,6 +83,8 @@ class Writer {
   void WriteRowid(const Source& source);
 
   void Assign(const SourceColumn& target, const Type& type, bool plain_column, const std::string& value);
+  void WriteSingleUpdateFilter(const Select& select, const Source& target, const std::vector<int>& columns,
+                               const Base& base);
   const SourceColumn& TargetColumn(const Source& target, int column, const Base& base) const;
 
   Translation& out_;
