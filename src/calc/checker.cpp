@@ -150,7 +150,8 @@ std::string ProblemsReportPath(const session::Session& session, const declaratio
 }
 
 bool Verifica_Declaratie(session::Session& session, const std::string& TIP, std::int16_t Anul,
-                         std::int16_t Luna, bool CheckValStatistica, const ShowProblems& show_problems) {
+                         std::int16_t Luna, bool CheckValStatistica, const ShowProblems& show_problems,
+                         std::string* report) {
   int month = Luna, year = Anul;
   tariff::ConexiuneTarif(session, month, year);  // refused: shown there, the earlier tariff serves
 
@@ -162,7 +163,7 @@ bool Verifica_Declaratie(session::Session& session, const std::string& TIP, std:
   const std::string filter = declarations::IdentityFilter(context.identity);
   const std::string report_path = ProblemsReportPath(session, context.identity);
 
-  std::string report;
+  std::string text;
   bool any_problem = false;
   {
     const tariff::LookupRun lookups(session);
@@ -172,21 +173,22 @@ bool Verifica_Declaratie(session::Session& session, const std::string& TIP, std:
     CheckedLines lines(session.company.QueryForUpdate(query.select + filter + query.tail),
                        session.host.errors);
     RefreshPass(session, context, lines);
-    report = ReportHeader(session.host.clock.Now(), context.identity);
-    const std::size_t header_size = report.size();
-    CheckPass(session, context, lines, report);
+    text = ReportHeader(session.host.clock.Now(), context.identity);
+    const std::size_t header_size = text.size();
+    CheckPass(session, context, lines, text);
     // A replaced query without the mark's column still counts as a problem whatever was reported.
-    any_problem = CountPass(session, lines) > 0 || report.size() > header_size;
+    any_problem = CountPass(session, lines) > 0 || text.size() > header_size;
     transaction.Commit();
   }
   // Written as a whole, so that no crash leaves a part of it.
   try {
     session.host.files.CreateFolders(session.UnderSystem("Verificare\\"));
-    session.host.files.Replace(report_path, report);
+    session.host.files.Replace(report_path, text);
   } catch (const platform::FileError& error) {
     session.host.errors.Write("Verifica_Declaratie", error.what());
     session.host.prompter.Error(error.what());
   }
+  if (report != nullptr) *report = std::move(text);
   if (any_problem) {
     if (show_problems) show_problems(report_path);
     return false;

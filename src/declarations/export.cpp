@@ -150,10 +150,11 @@ ExportResult Finish(session::Session& session, const std::string& path, std::str
 ExportResult ExportDeclaration(session::Session& session, ExportRequest& request,
                                const ExportCallbacks& callbacks) {
   const Identity& identity = request.identity;
+  std::string problems;
   if (!calc::Verifica_Declaratie(session, identity.TIP, static_cast<std::int16_t>(identity.Anul),
                                  static_cast<std::int16_t>(identity.Luna), request.Check_ValStatistica,
-                                 callbacks.show_problems)) {
-    return {ExportOutcome::kProblems, ""};
+                                 callbacks.show_problems, &problems)) {
+    return {ExportOutcome::kProblems, "", std::move(problems)};
   }
   const std::string folder = OutputFolder(session, callbacks);
   if (folder.empty()) return {ExportOutcome::kNoFolder, ""};

@@ -40,7 +40,8 @@ enum class ExportOutcome {
 
 struct ExportResult {
   ExportOutcome outcome = ExportOutcome::kFailed;
-  std::string path;  ///< Windows path, where written
+  std::string path;           ///< Windows path, where written
+  std::string problems = {};  ///< the checker's report, where it refused
 };
 
 /// Checks a declaration of the open company and writes its file. The company name in the request's header

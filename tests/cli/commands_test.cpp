@@ -212,6 +212,23 @@ TEST_F(Cli, NamesADatabaseThatIsNone) {
   EXPECT_THAT(answer.err, HasSubstr("RO123456.mdb"));
 }
 
+TEST_F(Cli, PrintsTheReportOfThisCheckThoughItCannotBeFiled) {
+  Install();
+  const std::filesystem::path report = HostPath("c/Declarix/System/Verificare/RO123456_I_3_2026.txt");
+  std::filesystem::create_directories(report);  // stands where the file would
+  ASSERT_EQ(Run({"sql", "--db", "company", "--company", "RO123456",
+                 "INSERT INTO Intrastat (TIP, Cod_Fiscal, Anul, Luna) VALUES ('I', 'RO123456', 2026, 3)"})
+                .status,
+            cli::kDone);
+  for (const char* command : {"check", "export"}) {
+    const Answer answer =
+        Run({command, "--company", "RO123456", "--tip", "I", "--year", "2026", "--month", "3"});
+    EXPECT_EQ(answer.status, cli::kRefused);
+    EXPECT_THAT(answer.err, HasSubstr("RO123456_I_3_2026.txt"));
+    EXPECT_THAT(answer.out + answer.err, HasSubstr("Pozitia: 1 - Cod_NC ESTE GOL\n")) << command;
+  }
+}
+
 TEST_F(Cli, SaysOnlyWhyTheSettingsCannotBeRead) {
   Install();
   std::ofstream(HostPath("c/ProgramData/Declarix/Settings.xml")) << "<Settings><Dec";

@@ -31,9 +31,7 @@ int Lines(Context& context, const DeclarationCommand& command) {
   return kDone;
 }
 
-std::string ReadReport(const platform::Host& host, const std::string& path) {
-  return platform::ReplaceAll(host.files.Read(path), "\r\n", "\n");
-}
+std::string WithLineFeeds(std::string_view report) { return platform::ReplaceAll(report, "\r\n", "\n"); }
 
 int Check(Context& context, const DeclarationCommand& command) {
   session::Session& session = context.Company(command.declaration.company);
@@ -41,10 +39,12 @@ int Check(Context& context, const DeclarationCommand& command) {
   const bool statistic = command.statistic->count() > 0
                              ? command.statistic_value
                              : declarations::ReadEditorDefaults(session).ValoareStatistica;
-  const bool fine = calc::Verifica_Declaratie(session, identity.TIP, static_cast<std::int16_t>(identity.Anul),
-                                              static_cast<std::int16_t>(identity.Luna), statistic, {});
+  std::string report;
+  const bool fine =
+      calc::Verifica_Declaratie(session, identity.TIP, static_cast<std::int16_t>(identity.Anul),
+                                static_cast<std::int16_t>(identity.Luna), statistic, {}, &report);
+  report = WithLineFeeds(report);
   const std::string path = calc::ProblemsReportPath(session, identity);
-  const std::string report = ReadReport(session.host, path);
   if (context.json) {
     context.out() << "{\"ok\": " << (fine ? "true" : "false") << ", \"path\": " << JsonText(path)
                   << ", \"report\": " << JsonText(report) << "}\n";
@@ -68,12 +68,8 @@ void ApplyHeader(session::Session& session, const DeclarationCommand& command, d
   }
 }
 
-declarations::ExportCallbacks Callbacks(Context& context, session::Session& session) {
+declarations::ExportCallbacks Callbacks(Context& context) {
   declarations::ExportCallbacks callbacks;
-  callbacks.show_problems = [&](const std::string& path) {
-    context.progress().End();
-    context.err() << ReadReport(session.host, path);
-  };
   callbacks.review = [&](const std::vector<declarations::Finding>& findings) {
     context.progress().End();
     context.prompter().Message(declarations::FindingsText(findings),
@@ -84,7 +80,11 @@ declarations::ExportCallbacks Callbacks(Context& context, session::Session& sess
 }
 
 int Written(Context& context, const session::Session& session, const declarations::ExportResult& result) {
-  if (result.outcome != declarations::ExportOutcome::kWritten) return kRefused;
+  if (result.outcome != declarations::ExportOutcome::kWritten) {
+    context.progress().End();
+    context.err() << WithLineFeeds(result.problems);
+    return kRefused;
+  }
   if (context.json) {
     context.out() << "{\"path\": " << JsonText(result.path)
                   << ", \"host_path\": " << JsonText(session.host.files.ToHost(result.path).string())
@@ -106,8 +106,7 @@ int Export(Context& context, const DeclarationCommand& command) {
   request.Check_ValStatistica =
       command.statistic->count() > 0 ? command.statistic_value : defaults.ValoareStatistica;
   request.Check_XML_Detaliat = command.detaliat->count() > 0 ? command.detaliat_value : defaults.XML_Detaliat;
-  return Written(context, session,
-                 declarations::ExportDeclaration(session, request, Callbacks(context, session)));
+  return Written(context, session, declarations::ExportDeclaration(session, request, Callbacks(context)));
 }
 
 int Nil(Context& context, const DeclarationCommand& command) {
@@ -116,7 +115,7 @@ int Nil(Context& context, const DeclarationCommand& command) {
   ApplyHeader(session, command, header);
   return Written(context, session,
                  declarations::WriteNilDeclaration(session, IdentityOf(command.declaration, session), header,
-                                                   Callbacks(context, session)));
+                                                   Callbacks(context)));
 }
 
 void AddHeaderOptions(CLI::App& command, DeclarationCommand& options) {
