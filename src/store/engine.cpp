@@ -26,6 +26,15 @@ std::string KeyOf(const std::filesystem::path& host) {
   return Utf8(ignored ? host : canonical);
 }
 
+/// Write-protected for everyone is read-only even for users whom the host lets write anyway.
+bool WriteProtected(const std::filesystem::path& host) {
+  using std::filesystem::perms;
+  constexpr perms kAnyWrite = perms::owner_write | perms::group_write | perms::others_write;
+  std::error_code failed;
+  const perms permissions = std::filesystem::status(host, failed).permissions();
+  return !failed && (permissions & kAnyWrite) == perms::none;
+}
+
 }  // namespace
 
 void CheckDatabaseFile(const std::filesystem::path& host, std::string_view windows_path) {
@@ -114,6 +123,7 @@ void Engine::Open(const ConnectionRequest& request) {
 void Engine::OpenDatabase(const std::string& path, bool read_only) {
   const std::filesystem::path host = ToHost(path);
   CheckDatabaseFile(host, path);
+  read_only = read_only || WriteProtected(host);
   OpenHandle(Utf8(host), read_only ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
   auto file = std::make_unique<FileSchema>(*this, "main", path);
   file->Load();

@@ -59,6 +59,13 @@ bool ParseRange(std::string_view text, Range& range) {
          range.last_column >= range.first_column && range.last_row >= range.first_row;
 }
 
+/// The reader's text without the file's bare name before it, which the message names in full.
+std::string ReasonOf(const SheetError& error, std::string_view path) {
+  const std::string text = error.what();
+  const std::string prefix = "Fisierul " + std::string(platform::FileNameOf(path)) + ": ";
+  return text.starts_with(prefix) ? text.substr(prefix.size()) : text;
+}
+
 }  // namespace
 
 SourceSchema::SourceSchema(Engine& engine, const ConnectionRequest& request)
@@ -84,7 +91,8 @@ void SourceSchema::Register() {
     try {
       book_ = platform::spreadsheet::OpenXls(host_path_);
     } catch (const SheetError& error) {
-      throw Error(kIntegrity, path, fmt::format("Fisierul {} nu poate fi citit: {}", path, error.what()));
+      throw Error(kIntegrity, path,
+                  fmt::format("Fisierul {} nu poate fi citit: {}", path, ReasonOf(error, path)));
     }
   }
   RegisterSourceModule(engine_.db(), *this);
@@ -131,7 +139,8 @@ const dialect::Relation* SourceSchema::Find(std::string_view name) const {
   } catch (const SheetError& error) {
     if (error.reason() == SheetError::Reason::kNoSuchSheet) FailUnknown(name);
     throw Error(kIntegrity, request_.data_source,
-                fmt::format("'{}' din {} nu poate fi citit: {}", name, request_.data_source, error.what()));
+                fmt::format("'{}' din {} nu poate fi citit: {}", name, request_.data_source,
+                            ReasonOf(error, request_.data_source)));
   }
   source->name = name;
   for (std::size_t i = source->first_column; i < source->last_column; ++i) {
