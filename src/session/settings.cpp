@@ -103,6 +103,8 @@ bool CreateSetting(platform::Host& host, std::string_view file, std::string_view
     } catch (const std::exception& error) {
       reason = error.what();
     }
+  } else {
+    reason = "Lipseste elementul " + std::string(section) + " din fisierul " + std::string(file);
   }
   ShowFailure(host, "Eroare la creare setari: ", section, key, value, reason);
   return false;

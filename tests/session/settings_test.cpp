@@ -112,7 +112,9 @@ TEST_F(SettingsTest, ValuesTakeTheFilesEncoding) {
 }
 
 TEST_F(SettingsTest, FailuresAreShownAndLeaveTheFile) {
-  test_.prompter.ExpectError("Eroare la creare setari: /Settings/Declarix/LipsaCheieValoare");
+  test_.prompter.ExpectStarting(
+      "Eroare la creare setari: /Settings/Declarix/LipsaCheieValoare\r\nLipseste elementul ", "EROARE",
+      platform::Icon::kCritical);
   EXPECT_FALSE(CreateSetting(host_, kFile, "/Settings/Declarix/Lipsa/", "Cheie", "Valoare", false));
   test_.prompter.ExpectStarting("Eroare la creare setari: /Settings/Declarixnu e nume1\r\n", "EROARE",
                                 platform::Icon::kCritical);
