@@ -58,7 +58,7 @@ bool Choose(session::Session& session, int month, int year) {
   }
   const std::string path = session.settings.DataBase + "CN\\" + *file;
   if (!session.host.files.Exists(path)) {
-    session.host.prompter.Error("Nu se poate identifica fisierul pentru tabela tarif vamal");
+    session.host.prompter.Error("Nu se poate identifica fisierul pentru tabela tarif vamal\r\n" + path);
     return false;
   }
   return Reopen(session, path);

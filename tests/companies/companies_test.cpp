@@ -54,7 +54,7 @@ class CompaniesTest : public testing::Test {
   }
   /// Creates a company; the tariff file is missing in these tests and says so.
   bool Create(const std::string& code, const std::string& name) {
-    test_.prompter.ExpectError(kNoTariff);
+    test_.prompter.ExpectStarting(kNoTariff, "EROARE", platform::Icon::kCritical);
     test_.prompter.ExpectInfo("FIRMA A FOST CREATA", "MESAJ");
     return CreateCompany(session_, Filled(code, name));
   }
@@ -77,7 +77,7 @@ TEST_F(CompaniesTest, LeavingTheFiscalCode) {
 TEST_F(CompaniesTest, CreatingACompanyRegistersCopiesAndOpensIt) {
   Fields fields = Filled("RO7", "Alfa & fiii");
   fields.Set("xml_detaliat", "da");
-  test_.prompter.ExpectError(kNoTariff);
+  test_.prompter.ExpectStarting(kNoTariff, "EROARE", platform::Icon::kCritical);
   test_.prompter.ExpectInfo("FIRMA A FOST CREATA", "MESAJ");
   ASSERT_TRUE(CreateCompany(session_, fields));
   EXPECT_EQ(session_.current.Cod_Fiscal, "RO7");
@@ -175,7 +175,7 @@ TEST_F(CompaniesTest, OpeningRefreshesOurQueriesAndLeavesTheUsers) {
   session_.company.catalog().SetQuery({"Lista", "SELECT N + 1 AS M FROM Linii"});
   session_.company.catalog().SetQuery({"A mea", "SELECT N FROM Linii"});
   session_.common.Execute("UPDATE Firme SET Nume_Firma = NULL");
-  test_.prompter.ExpectError(kNoTariff);
+  test_.prompter.ExpectStarting(kNoTariff, "EROARE", platform::Icon::kCritical);
   ASSERT_TRUE(OpenRegisteredCompany(session_, "RO1"));
   EXPECT_EQ(session_.current.Nume_Firma, "x");
   EXPECT_EQ(session_.company.Query("SELECT * FROM Lista").field(0).name, "N");
