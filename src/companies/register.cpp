@@ -83,6 +83,13 @@ bool CopyTemplate(session::Session& session, const std::string& path) {
     return false;
   }
   try {
+    // A template that is no database must neither become a company nor be written over one.
+    store::Connection(session::StoreEnvironment(session)).Open(store::JetString(source));
+  } catch (const store::Error& error) {
+    session.host.prompter.Error(" EROARE LA COPIERE \r\n" + error.description());
+    return false;
+  }
+  try {
     if (session.company.is_open() && platform::EqualsNoCase(session.company.path(), path)) {
       session.company.Close();
     }
