@@ -41,6 +41,12 @@ bool MayTakeOver(session::Session& session, const Inputs& inputs) {
                                    "RASPUNDETI", platform::Icon::kQuestion);
 }
 
+/// What is wrong with a value, without the column's name that the store puts before it.
+std::string WithoutColumn(const std::string& description, const std::string& column) {
+  const std::string prefix = "Coloana " + column + ": ";
+  return !column.empty() && description.starts_with(prefix) ? description.substr(prefix.size()) : description;
+}
+
 /// Whether a failed save concerns its row alone; anything else (a full disk, a lock) would fail every row.
 bool ConcernsRow(const store::Error& error) {
   return error.number() == store::kTooLong || error.number() == store::kConversion ||
@@ -69,7 +75,8 @@ void CopyRows(session::Session& session, const Inputs& inputs, Worksheet& worksh
     } catch (const store::Error& error) {
       if (filled && !ConcernsRow(error)) throw;
       lines.CancelUpdate();
-      result.rejected.push_back({worksheet.heading_row + line, writer.column(), error.description()});
+      result.rejected.push_back({worksheet.heading_row + line, writer.column(),
+                                 WithoutColumn(error.description(), writer.column())});
     }
     progress.Status("SE RETIN DATELE - Inregistrarea : " + std::to_string(line));
     progress.Update("Copiere date ...",

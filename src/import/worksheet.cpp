@@ -23,6 +23,21 @@ std::vector<ColumnRule> ReadRules(store::Connection& company, std::string_view N
   return rules;
 }
 
+/// Names the first column of the template that fails by itself; empty where each alone is fine.
+std::string WrongRule(store::Connection& source, const std::vector<ColumnRule>& rules,
+                      const std::vector<std::string>& headings, std::string_view sheet) {
+  for (const ColumnRule& rule : rules) {
+    const bool used = rule.Exista_Coloana || !store::IsEmpty(rule.Valoare_Implicita);
+    if (!used) continue;
+    try {
+      source.Query(BuildSelect({rule}, headings, sheet).statement);
+    } catch (const store::Error& error) {
+      return "In macheta, coloana " + rule.Dest_ColumnName + ": " + error.description();
+    }
+  }
+  return "";
+}
+
 }  // namespace
 
 store::Environment SourceEnvironment(session::Session& session) {
@@ -52,7 +67,13 @@ Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::s
       result.problem = select.problem;
       return result;
     }
-    result.rows = source.Query(select.statement);
+    try {
+      result.rows = source.Query(select.statement);
+    } catch (const store::Error&) {
+      result.problem = WrongRule(source, rules, headings, sheet);
+      if (result.problem.empty()) throw;
+      return result;
+    }
     result.heading_row = source.FirstRow(std::string(sheet) + "$");
     if (result.rows.record_count() == 0) {
       result.problem = "Foaia " + std::string(sheet) + " nu are nicio inregistrare sub capul de tabel";
