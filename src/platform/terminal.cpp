@@ -4,6 +4,8 @@
 #include <io.h>
 #else
 #include <unistd.h>
+
+#include <csignal>
 #endif
 
 namespace platform {
@@ -13,6 +15,12 @@ bool StderrIsTerminal() {
   return _isatty(2) != 0;
 #else
   return isatty(STDERR_FILENO) == 1;
+#endif
+}
+
+void TakeWriteErrors() {
+#ifndef _WIN32
+  signal(SIGXFSZ, SIG_IGN);
 #endif
 }
 

@@ -23,6 +23,7 @@ int AddCompany(Context& context, const CompanyOptions& options) {
   session::Session& session = context.Installation();
   std::string code = options.cod_fiscal;
   if (!companies::LeaveCodFiscal(session, code)) return kRefused;
+  RefuseApostrophe("Codul fiscal", code);
   companies::Fields fields = companies::NewCompany();
   Assign(fields, options.fields);
   fields.Set("Cod_Fiscal", code);

@@ -26,7 +26,7 @@ std::string Context::ProgramFolder() const {
       drives_->FromHost(std::filesystem::absolute(process_.program).parent_path()));
 }
 
-session::Session& Context::Installation() {
+session::Session& Context::Settings() {
   if (session_) return *session_;
   const std::string settings = session::SettingsPath();
   if (!files_->Exists(settings)) {
@@ -35,12 +35,22 @@ session::Session& Context::Installation() {
   auto opened = std::make_unique<session::Session>(host());
   opened->ReadSettings(ProgramFolder());
   if (opened->settings.DataBase == "\\") throw Shown();  // not readable, as has been said
-  session::OpenCommonConnection(*opened);
   session_ = std::move(opened);
   return *session_;
 }
 
+session::Session& Context::Installation() {
+  session::Session& session = Settings();
+  // Reading makes an empty setting "\\"; so it is too where the file could not be read.
+  if (session.settings.DataBase.empty() || session.settings.DataBase == "\\") {
+    throw Refusal("Setarea DataBase (folderul bazelor de date) lipseste din " + session.settings_file);
+  }
+  session::OpenCommonConnection(session);
+  return session;
+}
+
 session::Session& Context::Company(const std::string& Cod_Fiscal) {
+  RefuseApostrophe("Codul fiscal", Cod_Fiscal);
   session::Session& session = Installation();
   if (!companies::OpenRegisteredCompany(session, Cod_Fiscal)) throw Shown();
   return session;
@@ -89,6 +99,11 @@ void AddDeclarationOptions(CLI::App& command, DeclarationOptions& options) {
       ->required()
       ->check(CLI::IsMember({"I", "O"}));
   AddPeriodOptions(command, options.year, options.month);
+}
+
+void RefuseApostrophe(std::string_view label, const std::string& value) {
+  if (value.find('\'') == std::string::npos) return;
+  throw Refusal(std::string(label) + " nu poate contine apostrof: " + value);
 }
 
 std::pair<std::string, std::string> SplitAssignment(const std::string& text) {

@@ -49,6 +49,8 @@ class Context {
   /// Folder of the running program, as a Windows path.
   std::string ProgramFolder() const;
 
+  /// The installation's settings alone, so that a wrong one can be looked at and mended.
+  session::Session& Settings();
   /// The installation: settings read, common connection open. Refuses where none is laid down.
   session::Session& Installation();
   /// The same with that company opened.
@@ -80,6 +82,10 @@ struct DeclarationOptions {
 };
 void AddDeclarationOptions(CLI::App& command, DeclarationOptions& options);
 void AddPeriodOptions(CLI::App& command, int& year, int& month);
+
+/// Texts are put into statements as they are; an apostrophe would only give a syntax error that names
+/// nothing.
+void RefuseApostrophe(std::string_view label, const std::string& value);
 
 /// Splits "Coloana=Valoare"; a text without "=" is a usage error.
 std::pair<std::string, std::string> SplitAssignment(const std::string& text);

@@ -20,12 +20,14 @@ std::string TemplateSheet(session::Session& session, const std::string& name) {
 }
 
 int Import(Context& context, const ImportOptions& options) {
+  RefuseApostrophe("Numele machetei", options.name);
   session::Session& session = context.Company(options.declaration.company);
   importer::Inputs inputs;
   inputs.Anul = options.declaration.year;
   inputs.Luna = options.declaration.month;
   inputs.path = context.WindowsPath(options.file);
-  inputs.sheet = options.sheet.empty() ? TemplateSheet(session, options.name) : options.sheet;
+  inputs.sheet =
+      options.sheet.empty() && !options.name.empty() ? TemplateSheet(session, options.name) : options.sheet;
   inputs.Cod_Fiscal = session.current.Cod_Fiscal;
   inputs.Nume_Structura = options.name;
   inputs.tip_operatiune = options.declaration.tip == "I" ? "I-ACHIZITIE" : "O-LIVRARE";
@@ -33,6 +35,10 @@ int Import(Context& context, const ImportOptions& options) {
   context.progress().End();
   if (result.outcome != importer::Outcome::kDone) return kRefused;
 
+  if (!result.rejected.empty()) {
+    context.err() << "Fisierul " << inputs.path << ", foaia " << inputs.sheet
+                  << ", inregistrari respinse: " << result.rejected.size() << '\n';
+  }
   for (const importer::Rejected& rejected : result.rejected) {
     context.err() << "Randul " << rejected.row;
     if (!rejected.column.empty()) context.err() << ", coloana " << rejected.column;

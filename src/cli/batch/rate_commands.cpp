@@ -26,6 +26,7 @@ int Look(Context& context, const RateOptions& options) {
 
 int Add(Context& context, const RateOptions& options) {
   const store::Date date = ParseDate(options.date);
+  RefuseApostrophe("Codul monedei", options.moneda);
   calc::AddRate(context.Company(options.company), options.moneda, date, options.curs, options.multiplicator);
   return kDone;
 }

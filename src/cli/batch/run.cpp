@@ -1,6 +1,9 @@
 #include "cli/batch/run.h"
 
+#include <ostream>
+
 #include "cli/batch/context.h"
+#include "cli/batch/usage.h"
 #include "platform/spreadsheet/sheet.h"
 
 namespace cli {
@@ -53,11 +56,17 @@ int Run(const std::vector<std::string>& arguments, const Process& process) {
   CLI::App app("Declarix: declaratii INTRASTAT fara fereastra", "declarix-cli");
   AddCommands(app, context);
   try {
+    RequireUtf8(arguments);
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     context.Prepare();
     return RunAction(context);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error, process.out, process.err) == 0 ? kDone : kUsage;
+    if (error.get_exit_code() == 0) {
+      app.exit(error, process.out, process.err);  // the help that was asked for
+      return kDone;
+    }
+    process.err << UsageText(app, error) << "\nAjutor: declarix-cli COMANDA --help\n";
+    return kUsage;
   }
 }
 

@@ -11,7 +11,7 @@ const session::KeyInfo& KnownKey(const std::string& key) {
 
 int Get(Context& context, const std::string& key) {
   const session::KeyInfo& info = KnownKey(key);
-  session::Session& session = context.Installation();
+  session::Session& session = context.Settings();
   context.WriteAnswer(key, session::ReadSetting(session.host, session.settings_file, info.section, key));
   return kDone;
 }
@@ -25,7 +25,7 @@ int Set(Context& context, const std::string& key, const std::string& value) {
   const bool number = !value.empty() && value.size() <= 3 &&
                       value.find_first_not_of("0123456789") == std::string::npos && std::stoi(value) <= 255;
   if (decimals && !number) throw Refusal("Zecimale_" + key + " - NU ESTE NUMAR");
-  session::Session& session = context.Installation();
+  session::Session& session = context.Settings();
   return session::UpdateSetting(session.host, session.settings_file, info.section, key, value, true)
              ? kDone
              : kRefused;

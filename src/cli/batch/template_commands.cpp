@@ -11,8 +11,19 @@ struct TemplateOptions {
   std::optional<std::string> default_value, size;
 };
 
-int Create(Context& context, const TemplateOptions& options) {
+/// The company of a command with a template name; without a name the first template would be meant.
+session::Session& Company(Context& context, const TemplateOptions& options) {
+  RefuseApostrophe("Numele machetei", options.name);
   session::Session& session = context.Company(options.company);
+  if (store::IsEmpty(options.name)) {
+    platform::ShowRequired(context.prompter(), "Nume Macheta");
+    throw Shown();
+  }
+  return session;
+}
+
+int Create(Context& context, const TemplateOptions& options) {
+  session::Session& session = Company(context, options);
   importer::TemplateEditor editor(session);
   if (editor.Open(options.name)) throw Refusal("Exista deja macheta: " + options.name);
   editor.New();
@@ -25,7 +36,8 @@ int Create(Context& context, const TemplateOptions& options) {
 }
 
 int Set(Context& context, const TemplateOptions& options) {
-  session::Session& session = context.Company(options.company);
+  RefuseApostrophe("Numele coloanei", options.column);
+  session::Session& session = Company(context, options);
   return importer::ChangeRow(session, options.name, options.column,
                              {options.number, options.default_value, options.size})
              ? kDone
@@ -33,7 +45,7 @@ int Set(Context& context, const TemplateOptions& options) {
 }
 
 int Show(Context& context, const TemplateOptions& options) {
-  session::Session& session = context.Company(options.company);
+  session::Session& session = Company(context, options);
   importer::TemplateEditor editor(session);
   if (!editor.Open(options.name)) throw Refusal("Nu exista macheta: " + options.name);
   ResultTable table{{"Dest_ColumnName", "Dest_ColumnDescription", "Exista_Coloana", "Numar_Coloana",
@@ -50,7 +62,7 @@ int Show(Context& context, const TemplateOptions& options) {
 }
 
 int Delete(Context& context, const TemplateOptions& options) {
-  session::Session& session = context.Company(options.company);
+  session::Session& session = Company(context, options);
   if (!importer::TemplateEditor(session).Open(options.name)) {
     throw Refusal("Nu exista macheta: " + options.name);
   }
