@@ -70,6 +70,22 @@ TEST_F(Killed, LeavesAllLinesOfAnImportOrNoneAndNeverHalfAFile) {
   }
   ASSERT_TRUE(finished);
 
+  // Marks of a check that came to its end; every one that is killed leaves all of them or none.
+  const auto marked = [&] {
+    const Answer answer = Run({"sql", "--db", "company", "--company", "RO123456",
+                               "SELECT COUNT(*) AS N FROM Intrastat WHERE Probleme<>0"});
+    EXPECT_EQ(answer.status, cli::kDone) << answer.err;
+    return std::stoi(answer.out.substr(answer.out.find('\n') + 1));
+  };
+  int marks = marked();
+  ASSERT_EQ(marks, 0);
+  for (int wait = 20; marks == 0 && wait < 60000; wait += wait / 3) {
+    RunFor(wait, "check " + month + "--statistic");
+    marks = marked();
+    ASSERT_TRUE(marks == 0 || marks == lines) << marks << " marks after " << wait << " ms";
+  }
+  ASSERT_EQ(marks, lines) << "no line has a nature of transaction";
+
   const std::filesystem::path file = HostPath("c/Declarix/System/DeclaratiiXML/0000123456_A_20263.xml");
   finished = false;
   for (int wait = 20; !finished && wait < 60000; wait += wait / 3) {

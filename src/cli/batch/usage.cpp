@@ -45,7 +45,8 @@ std::string UsageText(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining(true);
     return unknown.empty() ? "Lipseste comanda" : "Nu exista comanda " + unknown.front();
   }
-  if (kind == "ExtrasError") return "Argumente necunoscute: " + After(text, "not expected: ");
+  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError))
+    return "Argumente necunoscute: " + After(text, "not expected: ");
   if (kind == "ArgumentMismatch") {
     const bool repeated = text.find("At Most") != std::string::npos;
     return Before(text, ": ") + (repeated ? ": se poate da o singura data" : ": lipseste valoarea");
