@@ -1,5 +1,6 @@
 #include "script.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -8,6 +9,8 @@
 namespace sql_tests {
 
 namespace {
+
+constexpr std::string_view kGives = " => ";
 
 std::vector<std::string> Lines(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
@@ -58,6 +61,7 @@ class Reader {
   void Read(const std::filesystem::path& file) {
     std::vector<std::string> lines = Lines(file);
     Step* open = nullptr;  // the statement that takes what follows
+    std::string refused;   // the error of the statements listed here
     bool statement_ended = false;
     for (std::size_t i = 0; i < lines.size(); ++i) {
       std::string_view line = lines[i];
@@ -65,8 +69,20 @@ class Reader {
       bool continues = open != nullptr && !statement_ended && !open->statement.empty();
       if (line.empty()) {
         open = nullptr;
+        refused.clear();
+      } else if (!refused.empty()) {
+        Step* step = Add(file, number);
+        step->statement = line;
+        Expectation(*step, refused);
       } else if (line.front() == '>') {
         std::string text(line.substr(line.substr(0, 2) == "> " ? 2 : 1));
+        if (std::size_t arrow = text.find(kGives); arrow != std::string::npos && !continues) {
+          Step* step = Add(file, number);
+          step->statement = text.substr(0, arrow);
+          OnOneLine(*step, text.substr(arrow + kGives.size()));
+          open = nullptr;
+          continue;
+        }
         if (continues) {
           open->statement += "\n" + text;
           continue;
@@ -76,6 +92,10 @@ class Reader {
         statement_ended = false;
       } else if (open == nullptr) {
         if (line.front() == '#') continue;
+        if (line.starts_with("refused ") && line.back() == ':') {
+          refused = "ERROR: " + std::string(line.substr(8, line.size() - 9));
+          continue;
+        }
         open = Directive(file, number, line);
         statement_ended = true;
       } else {
@@ -124,6 +144,16 @@ class Reader {
     }
     throw std::runtime_error(file.string() + ":" + std::to_string(number) +
                              ": not a directive: " + std::string(line));
+  }
+
+  /// What stands behind "=>": rows separated by semicolons and values by commas, or one of the words.
+  static void OnOneLine(Step& step, const std::string& gives) {
+    if (gives == "ok") return;
+    if (gives.starts_with("ERROR:")) return Expectation(step, gives);
+    for (std::string row : Split(gives, ';')) {
+      std::replace(row.begin(), row.end(), ',', '\t');
+      Expectation(step, row);
+    }
   }
 
   static void Expectation(Step& step, std::string_view line) {

@@ -34,11 +34,10 @@ std::int64_t AddLine(session::Session& session, const std::string& TIP, int Anul
 
 void LendTariff(Installation& at, int year) {
   const std::string folder = at.session.settings.DataBase + "CN\\";
-  const std::string file = at.session.common
-                               .Scalar("SELECT CN_File FROM InsCodeVersions WHERE Anul=" +
-                                       std::to_string(year))
-                               .value_or("")
-                               .ToText();
+  const std::string file =
+      at.session.common.Scalar("SELECT CN_File FROM InsCodeVersions WHERE Anul=" + std::to_string(year))
+          .value_or("")
+          .ToText();
   at.files().Copy(at.session.tariff.path(), folder + file);
 }
 
