@@ -161,6 +161,33 @@ TEST_F(ConnectionTest, ProbesReuseOneStatementWithOtherValues) {
   EXPECT_EQ(db->Query("SELECT TOP 1 Cod FROM Linii").record_count(), 1);
 }
 
+TEST_F(ConnectionTest, HugeStatementsAreRefusedNotFatal) {
+  const auto db = CreateAndOpen("a.mdb");
+  db->Execute("CREATE TABLE t (s TEXT(20), n LONG)");
+  db->Execute("INSERT INTO t VALUES ('Abc', 5)");
+  const auto repeated = [](int times, std::string_view piece) {
+    std::string text;
+    for (int i = 0; i < times; ++i) text += piece;
+    return text;
+  };
+  std::string aliases = "1 AS a0", any = "n=5", arms = "0";
+  for (int i = 1; i < 60; ++i) aliases += fmt::format(", a{0}&a{0} AS a{1}", i - 1, i);
+  for (int i = 0; i < 300; ++i) {
+    any += fmt::format(" OR n={}", i + 10);
+    arms = "IIF(n=-1,1," + arms + ")";
+  }
+  for (const std::string& huge :
+       {repeated(5000, "("), "1" + repeated(5000, "+1"), repeated(5000, "- ") + "1", aliases}) {
+    ErrorOf(kSyntaxError, [&] { db->Query("SELECT " + huge); });
+  }
+  const auto value = [&](const std::string& text) { return db->Scalar("SELECT " + text)->ToText(); };
+  EXPECT_EQ(value("s FROM t WHERE " + any), "Abc");
+  EXPECT_EQ(value("0" + repeated(300, "+n") + " FROM t"), "1500");
+  EXPECT_EQ(value("'a'" + repeated(300, "&n") + " FROM t"), "a" + repeated(300, "5"));
+  EXPECT_EQ(value("'a'" + repeated(300, "+s") + " FROM t"), "a" + repeated(300, "Abc"));
+  EXPECT_EQ(value(arms + " FROM t"), "0");
+}
+
 TEST_F(ConnectionTest, CompactsIntoACheckedNewFile) {
   auto db = CreateAndOpen("a.mdb");
   CreateLines(db->catalog());
