@@ -47,6 +47,8 @@ class ExportTest : public testing::Test {
     return header;
   }
 
+  std::string FilePath(const std::string& tail) { return kFolder + PaddedFiscalCode(Code()) + tail; }
+
   ExportRequest Request(const std::string& TIP, int Anul, int Luna, const std::string& Combo_Tip = "N-Noua") {
     ExportRequest request;
     request.identity = {TIP, Code(), Anul, Luna};
@@ -55,8 +57,9 @@ class ExportTest : public testing::Test {
     return request;
   }
 
-  /// Exports and answers the file's text; findings of the review are kept.
-  std::string Export(ExportRequest request, const std::string& file_name) {
+  /// Exports and answers the file's text; findings of the review are kept. `tail`: the file's name behind the
+  /// fiscal code.
+  std::string Export(ExportRequest request, const std::string& tail) {
     findings_.clear();
     prompter().ExpectInfo(kAllWell);
     const ExportResult result = ExportDeclaration(
@@ -65,7 +68,7 @@ class ExportTest : public testing::Test {
                                return true;
                              }});
     EXPECT_EQ(result.outcome, ExportOutcome::kWritten);
-    EXPECT_EQ(result.path, kFolder + file_name);
+    EXPECT_EQ(result.path, FilePath(tail));
     return bench_.machine.files.Exists(result.path) ? bench_.machine.files.Read(result.path) : "";
   }
 
@@ -101,58 +104,52 @@ class ExportTest : public testing::Test {
   std::vector<Finding> findings_;
 };
 
-TEST_F(ExportTest, NewArrivals) {
-  AddArrivals(2026, 3);
-  ExportRequest request = Request("I", 2026, 3);
-  request.Check_ValStatistica = true;
-  const std::string text = Export(request, PaddedFiscalCode(Code()) + "_A_20263.xml");
-  EXPECT_EQ(text, Golden("arrivals_new.xml", text));
-  EXPECT_TRUE(findings_.empty()) << FindingsText(findings_);
-  ExpectAccepted(text);
-}
-
-TEST_F(ExportTest, RevisedArrivalsWithDeclaringAgent) {
-  AddArrivals(2026, 11);
-  ExportRequest request = Request("I", 2026, 11, "C-Corectie");
-  request.header.Check_Dec_Tert = true;
-  request.header.TXT_CUI_Dec = "RO77";
-  request.header.TXT_Nume_Dec = "Agent declarant";
-  request.header.TXT_Strada_Dec = "Livezii";
-  request.header.TXT_Judet_Dec = "MS";
-  request.header.TXT_Oras_Dec = "114328";
-  const std::string text = Export(request, PaddedFiscalCode(Code()) + "_AR_202611.xml");
-  EXPECT_EQ(text, Golden("arrivals_revised_agent.xml", text));
-  ExpectAccepted(text);
-}
-
-TEST_F(ExportTest, DispatchesBefore2015HaveNoPartner) {
+TEST_F(ExportTest, FilesAreTheGoldenOnes) {
   test_support::LendTariff(bench_, 2014);
+  AddArrivals(2026, 3);
+  AddArrivals(2026, 11);
   AddDispatches(2014, 12);
-  const std::string text = Export(Request("O", 2014, 12), PaddedFiscalCode(Code()) + "_D_201412.xml");
-  EXPECT_EQ(text, Golden("dispatches_2014.xml", text));
-}
-
-TEST_F(ExportTest, DispatchesKeepPartnersApart) {
   AddDispatches(2026, 12);
-  const std::string text = Export(Request("O", 2026, 12), PaddedFiscalCode(Code()) + "_D_202612.xml");
-  EXPECT_EQ(text, Golden("dispatches_new.xml", text));
-  ExpectAccepted(text);
-}
-
-TEST_F(ExportTest, DetailedDispatchesKeepLinesApart) {
-  AddDispatches(2026, 12);
-  ExportRequest request = Request("O", 2026, 12, "C-Corectie");
-  request.Check_XML_Detaliat = true;
-  const std::string text = Export(request, PaddedFiscalCode(Code()) + "_DR_202612.xml");
-  EXPECT_EQ(text, Golden("dispatches_detailed.xml", text));
-  ExpectAccepted(text);
+  struct Case {
+    const char *golden, *flow, *tail, *kind;
+    int year, month;
+    bool statistical_value = false, detailed = false, agent = false, accepted = true;
+  };
+  for (const Case& c : {
+           Case{"arrivals_new.xml", "I", "_A_20263.xml", "N-Noua", 2026, 3, true},
+           Case{"arrivals_revised_agent.xml", "I", "_AR_202611.xml", "C-Corectie", 2026, 11, false, false,
+                true},
+           // Before 2015 there was no partner, and today's schema does not fit.
+           Case{"dispatches_2014.xml", "O", "_D_201412.xml", "N-Noua", 2014, 12, false, false, false, false},
+           Case{"dispatches_new.xml", "O", "_D_202612.xml", "N-Noua", 2026, 12},
+           Case{"dispatches_detailed.xml", "O", "_DR_202612.xml", "C-Corectie", 2026, 12, false, true},
+       }) {
+    SCOPED_TRACE(c.golden);
+    ExportRequest request = Request(c.flow, c.year, c.month, c.kind);
+    request.Check_ValStatistica = c.statistical_value;
+    request.Check_XML_Detaliat = c.detailed;
+    if (c.agent) {
+      request.header.Check_Dec_Tert = true;
+      request.header.TXT_CUI_Dec = "RO77";
+      request.header.TXT_Nume_Dec = "Agent declarant";
+      request.header.TXT_Strada_Dec = "Livezii";
+      request.header.TXT_Judet_Dec = "MS";
+      request.header.TXT_Oras_Dec = "114328";
+    }
+    const std::string text = Export(request, c.tail);
+    EXPECT_EQ(text, Golden(c.golden, text));
+    if (c.statistical_value) {
+      EXPECT_TRUE(findings_.empty()) << FindingsText(findings_);
+    }
+    if (c.accepted) ExpectAccepted(text);
+  }
 }
 
 TEST_F(ExportTest, DetailedArrivals) {
   AddArrivals(2026, 3);
   ExportRequest request = Request("I", 2026, 3);
   request.Check_XML_Detaliat = true;
-  const std::string text = Export(request, PaddedFiscalCode(Code()) + "_A_20263.xml");
+  const std::string text = Export(request, "_A_20263.xml");
   EXPECT_NE(text.find("OrderNr=\"3\""), std::string::npos);
   EXPECT_EQ(text.find("Partner"), std::string::npos);
   // The first line weighs 0.4 kg: alone it would be filed as 0.
@@ -161,7 +158,7 @@ TEST_F(ExportTest, DetailedArrivals) {
 
 TEST_F(ExportTest, ProblemsStopBeforeTheFileIsTouched) {
   AddLine(session(), "I", 2026, 3, {{"Mod_Transp", "6"}});
-  const std::string path = kFolder + PaddedFiscalCode(Code()) + "_A_20263.xml";
+  const std::string path = FilePath("_A_20263.xml");
   bench_.machine.files.Replace(path, "earlier");
   std::string report;
   ExportRequest request = Request("I", 2026, 3);
@@ -174,7 +171,7 @@ TEST_F(ExportTest, ProblemsStopBeforeTheFileIsTouched) {
 
 TEST_F(ExportTest, ReviewMayGiveUpAndAFullDiskLeavesTheEarlierFile) {
   AddArrivals(2026, 3);
-  const std::string path = kFolder + PaddedFiscalCode(Code()) + "_A_20263.xml";
+  const std::string path = FilePath("_A_20263.xml");
   bench_.machine.files.Replace(path, "earlier");
   ExportRequest request = Request("I", 2026, 3);
   request.header.TXT_Email = "";
@@ -211,7 +208,7 @@ TEST_F(ExportTest, PeriodWithoutVersionRowHasAnEmptyVersionsElement) {
   session().common.Execute("UPDATE InsCodeVersions SET Luna=7");
   AddArrivals(2026, 3);
   const int logged = bench_.machine.errors.count();
-  const std::string text = Export(Request("I", 2026, 3), PaddedFiscalCode(Code()) + "_A_20263.xml");
+  const std::string text = Export(Request("I", 2026, 3), "_A_20263.xml");
   EXPECT_NE(text.find("<InsCodeVersions>\r\n\r\n</InsCodeVersions>\r\n"), std::string::npos);
   EXPECT_EQ(bench_.machine.errors.count(), logged + 1);  // the doubled keyword
   ASSERT_EQ(findings_.size(), 1U);
@@ -219,11 +216,10 @@ TEST_F(ExportTest, PeriodWithoutVersionRowHasAnEmptyVersionsElement) {
 }
 
 TEST_F(ExportTest, DeclarationWithoutLinesIsReviewedOnlyWhereTheInstituteRefusesIt) {
-  const std::string revised =
-      Export(Request("O", 2026, 1, "C-Corectie"), PaddedFiscalCode(Code()) + "_DR_20261.xml");
+  const std::string revised = Export(Request("O", 2026, 1, "C-Corectie"), "_DR_20261.xml");
   EXPECT_TRUE(findings_.empty());
   ExpectAccepted(revised);
-  Export(Request("O", 2026, 1), PaddedFiscalCode(Code()) + "_D_20261.xml");
+  Export(Request("O", 2026, 1), "_D_20261.xml");
   EXPECT_EQ(FindingsText(findings_), "declaratia: nu are nici o pozitie");
 }
 
@@ -238,7 +234,7 @@ TEST_F(ExportTest, NilDeclarationTakesTheRegisterRow) {
   EXPECT_EQ(header.TXT_Nume_Pers, "de Firma");
   EXPECT_EQ(header.TXT_PozitieCompanie, "responsabil intrastat");
   const ExportResult result = WriteNilDeclaration(session(), {"O", Code(), 2026, 2}, header, {});
-  EXPECT_EQ(result.path, kFolder + PaddedFiscalCode(Code()) + "_DN_20262.xml");
+  EXPECT_EQ(result.path, FilePath("_DN_20262.xml"));
   const std::string text = bench_.machine.files.Read(result.path);
   EXPECT_EQ(text, Golden("nil_dispatches.xml", text));
   ExpectAccepted(text);

@@ -183,25 +183,6 @@ TEST(Setup, DeliveredTariffAnswersLookups) {
   EXPECT_EQ(at.session.tariff.Scalar("SELECT COUNT(*) FROM HS_8 WHERE UM_SUPL = ''")->ToInteger(), 0);
 }
 
-TEST(Setup, HS8GivesOneRowPerValidCode) {
-  Installation at;
-  store::Connection& tariff = at.session.tariff;
-  const auto add = [&](const char* code12, const char* text, const char* unit, const char* end) {
-    tariff.Execute(
-        fmt::format("INSERT INTO HS_8 (HS8_COD,HS12_COD,DESCRIERE,UM_SUPL,AN_START,AN_END) VALUES "
-                    "('99999999','{}','{}',{},2020,{})",
-                    code12, text, unit, end));
-  };
-  add("999999990010", "a", "'kg'", "NULL");
-  add("999999990020", "b", "NULL", "NULL");
-  add("999999990030", "z", "'l'", "2021");
-  store::Recordset rows = tariff.Query("SELECT * FROM HS8 WHERE [HS8_COD]='99999999'");
-  ASSERT_EQ(rows.record_count(), 1);
-  EXPECT_EQ(rows["DESCRIERE"].ToText(), "b");
-  EXPECT_EQ(rows["UM_SUPL"].ToText(), "kg");
-  EXPECT_EQ(rows["EXISTA_UM"].ToInteger(), 1);
-}
-
 TEST(Setup, EveryPeriodHasOneVersionRow) {
   Installation at;
   for (int year = 2011; year <= 2028; ++year) {

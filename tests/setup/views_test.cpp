@@ -157,56 +157,6 @@ TEST(GroupQueries, CarryKeysTotalsAndEditableConstants) {
   }
 }
 
-TEST(DeclarationList, GivesOneRowPerDeclaration) {
-  Installation at;
-  AddLine(at, "O", 12, "94036010", "'DE1'", 1, 1);
-  AddLine(at, "O", 3, "94036010", "'DE1'", 2, 1);
-  AddLine(at, "O", 3, "94036010", "'DE1'", 3, 1);
-  AddLine(at, "I", 3, "94036010", "'DE1'", 4, 1);
-  const store::Recordset rows =
-      at.session.company.Query("SELECT * FROM [Lista_Intrastat] ORDER BY [Anul] DESC, [Luna] DESC");
-  ASSERT_EQ(rows.record_count(), 3);
-  EXPECT_EQ(rows["Luna"].ToInteger(), 12);
-  const store::Recordset arrivals = at.session.company.Query("SELECT * FROM [Lista_Intrastat] WHERE TIP='I'");
-  EXPECT_EQ(arrivals["Total_Val_Fiscala"].ToDouble(), 4);
-  const store::Recordset march =
-      at.session.company.Query("SELECT * FROM [Lista_Intrastat] WHERE TIP='O' AND Luna=3");
-  EXPECT_EQ(march["Pozitii"].ToInteger(), 2);
-  EXPECT_EQ(march["Tip_Declaratie"].ToText(), "Noua");
-}
-
-TEST(CodeLists, AreReachedFromTheCompany) {
-  Installation at;
-  for (const char* found :
-       {"SELECT COD_TARA FROM Tari_UE WHERE COD_TARA ='EL'",
-        "SELECT COD_TARA FROM Tari_UE WHERE COD_TARA ='RO'",
-        "SELECT COD_TARA FROM Tari_UE WHERE COD_TARA ='QV'",
-        "SELECT COD_TARA FROM Tari_UE WHERE COD_TARA ='XI'", "SELECT Tara_COD FROM Tari WHERE Tara_Cod ='XU'",
-        "SELECT COD FROM Tranzactii_Unit WHERE COD ='8'",
-        "SELECT Incoterms_COD FROM Incoterms WHERE Incoterms_COD ='DPU'",
-        "SELECT COD_MOD_TRANS FROM MOD_TRANS WHERE COD_MOD_TRANS ='3'",
-        "SELECT City_Code, City_NameRo, City_RefCode from Orase WHERE City_RefCode='1' ORDER BY City_NameRo",
-        "SELECT [UM_COD] ,[UM_DESC] FROM [UM] WHERE [UM_COD]='p/st'",
-        "SELECT * FROM Firme WHERE Cod_Fiscal='RO123456'",
-        "SELECT CN_File FROM InsCodeVersions WHERE Anul=2026"}) {
-    EXPECT_TRUE(at.session.company.Any(found)) << found;
-  }
-  for (const char* missing : {"SELECT COD_TARA FROM Tari_UE WHERE COD_TARA ='GB'",
-                              "SELECT COD_TARA FROM Tari_UE WHERE COD_TARA =''",
-                              "SELECT COD_TARA FROM UE_Tari WHERE COD_TARA ='EL'",
-                              "SELECT COD FROM Tranzactii_Unit WHERE COD ='6.1'"}) {
-    EXPECT_FALSE(at.session.company.Any(missing)) << missing;
-  }
-  EXPECT_EQ(at.Get("SELECT DATA_ADERARII FROM UE_Tari WHERE COD_TARA='RO'").ToText(), "01.01.2007");
-  EXPECT_EQ(at.Get("SELECT TR1_COD + '.'+ TR2_COD, TR_DESC FROM Tranzactii WHERE TR1_COD='1' ORDER BY "
-                   "TR1_COD, TR2_COD")
-                .ToText(),
-            "1.1");
-  store::Recordset error = at.session.common.QueryStored("Return_Error", {store::kTooLong});
-  ASSERT_EQ(error.record_count(), 1);
-  EXPECT_THAT(error.Get(0).ToText(), testing::HasSubstr("mai lung"));
-}
-
 TEST(Operators, EveryExpressionRuns) {
   Installation at;
   AddLine(at, "O", 3, "94036010", "'DE1'", 2, 1);

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "cli/batch/output.h"
 #include "databases.h"
-#include "format.h"
 #include "script.h"
 #include "store/connection.h"
 #include "store/error.h"
@@ -50,6 +50,13 @@ struct Outcome {
   std::vector<std::string> rows;
   std::optional<std::int64_t> affected;
 };
+
+/// The current row as the batch tool prints it, tab-separated.
+std::string PrintRow(const store::Recordset& rows) {
+  std::string line;
+  for (int i = 0; i < rows.field_count(); ++i) line += (i == 0 ? "" : "\t") + cli::PlainField(rows[i]);
+  return line;
+}
 
 Outcome Collect(store::Recordset rows, const Step& step) {
   Outcome outcome;
