@@ -90,6 +90,14 @@ TEST_F(StartUpTest, MissingCompanyFileEndsWithoutWindow) {
   EXPECT_THAT(around.calls, ElementsAre("splash", "pause 1500", "no splash"));
 }
 
+TEST_F(StartUpTest, CompanyFileThatIsNoDatabase) {
+  at.files().Replace(at.InDataBase("RO123456.mdb"), "<html>404</html>");
+  at.prompter().ExpectStarting("Eroare nr: ", "EROARE", Icon::kCritical);
+  EXPECT_FALSE(Run());
+  EXPECT_THAT(around.calls, ElementsAre("splash", "pause 1500", "no splash"));
+  EXPECT_EQ(at.files().Read(at.InDataBase("RO123456.mdb")), "<html>404</html>");
+}
+
 TEST_F(StartUpTest, SecondInstanceEndsBeforeAnythingElse) {
   around.other_instance = true;
   fs::remove(Host(session::SettingsPath()));
