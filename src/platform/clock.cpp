@@ -59,16 +59,18 @@ bool IsValidDate(int year, int month, int day) {
       .ok();
 }
 
-LocalTime SystemClock::Now() const {
-  const std::time_t now = std::time(nullptr);
+LocalTime ToLocal(std::chrono::system_clock::time_point when) {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(when);
   std::tm local{};
 #ifdef _WIN32
-  localtime_s(&local, &now);
+  localtime_s(&local, &seconds);
 #else
-  localtime_r(&now, &local);
+  localtime_r(&seconds, &local);
 #endif
   return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
 }
+
+LocalTime SystemClock::Now() const { return ToLocal(std::chrono::system_clock::now()); }
 
 std::string UserName() {
 #ifdef _WIN32

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 
 namespace platform {
@@ -15,6 +16,9 @@ struct LocalTime {
 /// Days since 1899-12-30 as the database engine counts dates; the fraction is the time of day.
 double ToSerial(const LocalTime& time);
 LocalTime FromSerial(double serial);
+
+/// The user's local time of a moment, such as a file's last change.
+LocalTime ToLocal(std::chrono::system_clock::time_point when);
 
 /// False for days that no calendar has (30 February, month 13).
 bool IsValidDate(int year, int month, int day);
