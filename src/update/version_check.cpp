@@ -55,7 +55,7 @@ std::string CheckVersion(session::Session& session, bool interactive, const plat
     session.host.prompter.Error("A fost o eroare la verificare versiune disponibila pentru download", "");
     return "0";
   }
-  const std::string server = ServerVersion(*content);
+  std::string server = ServerVersion(*content);
   if (server.empty()) return "0";
   const std::string installed = InstalledVersion();
   if (IsNewer(installed, server)) return server;
