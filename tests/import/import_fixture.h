@@ -34,12 +34,8 @@ class ImportTest : public testing::Test {
   void SaveCodes(const std::vector<std::string>& codes, const std::string& path = kPath) {
     test_support::XlsWriter book;
     test_support::XlsWriter::Sheet& sheet = book.AddSheet("Sheet1");
-    sheet.Text(0, 0, "Cod");
-    sheet.Text(0, 1, "Kg");
-    for (unsigned i = 0; i < codes.size(); ++i) {
-      sheet.Text(i + 1, 0, codes[i]);
-      sheet.Number(i + 1, 1, i + 0.5);
-    }
+    sheet.Row(0, "'Cod|'Kg");
+    for (unsigned i = 0; i < codes.size(); ++i) sheet.Row(i + 1, fmt::format("'{}|={}", codes[i], i + 0.5));
     Save(book, path);
   }
 

@@ -48,6 +48,17 @@ class CellMap : public platform::spreadsheet::CellSink {
     return found == cells.end() ? "" : found->second;
   }
 
+  /// The cells of a row, gaps among them empty.
+  std::string Row(unsigned row) const {
+    std::string text;
+    unsigned column = 0;
+    for (auto cell = cells.lower_bound({row, 0}); cell != cells.end() && cell->first.first == row; ++cell) {
+      for (; column < cell->first.second; ++column) text += '|';
+      text += cell->second;
+    }
+    return text;
+  }
+
   std::map<std::pair<unsigned, unsigned>, std::string> cells;
   std::size_t limit = static_cast<std::size_t>(-1);
 };

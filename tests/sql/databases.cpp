@@ -44,20 +44,10 @@ std::string Databases::Impl::Worksheet() {
   host.files.CreateFolders("C:\\Import\\");
   test_support::XlsWriter writer;
   test_support::XlsWriter::Sheet& sheet = writer.AddSheet("Sheet1");
-  unsigned column = 0;
-  for (const char* heading : {"Cod", "Tara", "Net [Kg]", "Data", "Valoare.lei"})
-    sheet.Text(0, column++, heading);
-  sheet.Number(1, 0, 84713000);
-  sheet.Text(1, 1, "DE");
-  sheet.Number(1, 2, 12.5);
-  sheet.Date(1, 3, 46086);
-  sheet.Number(1, 4, 100);
-  sheet.Text(1, 5, "x");
-  sheet.Text(2, 0, "8471.30 00");
-  sheet.Date(2, 3, 46087);
-  sheet.Number(3, 0, 9012100, "00000000");
-  sheet.Text(3, 1, "IT");
-  sheet.FormulaNumber(3, 2, 3);
+  sheet.Row(0, "'Cod|'Tara|'Net [Kg]|'Data|'Valoare.lei");
+  sheet.Row(1, "=84713000|'DE|=12.5|@46086|=100|'x");
+  sheet.Row(2, "'8471.30 00|||@46087");
+  sheet.Row(3, "09012100|'IT|~3");
   writer.Save(host.drives.ToHost(path).string());
   return path;
 }

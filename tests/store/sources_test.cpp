@@ -11,18 +11,10 @@ class SourcesTest : public StoreTest {
  protected:
   SourcesTest() {
     XlsWriter::Sheet& sheet = book.AddSheet("Sheet1");
-    const char* headings[] = {"Cod N.C.", "Valoare", "Data", "Mixt", "Ales"};
-    for (unsigned i = 0; i < 5; ++i) sheet.Text(0, i, headings[i]);
-    sheet.Number(1, 0, 1012100, "00000000");
-    sheet.Number(1, 1, 12.5);
-    sheet.Date(1, 2, 46100);
-    sheet.Number(1, 3, 7);
-    sheet.Boolean(1, 4, true);
-    sheet.Number(2, 0, 84713000, "00000000");
-    sheet.Number(2, 1, 100);
-    sheet.Text(2, 3, "text");
-    sheet.Boolean(2, 4, false);
-    sheet.Number(3, 1, -3);
+    sheet.Row(0, "'Cod N.C.|'Valoare|'Data|'Mixt|'Ales");
+    sheet.Row(1, "01012100|=12.5|@46100|=7|?1");
+    sheet.Row(2, "084713000|=100||'text|?0");
+    sheet.Row(3, "|=-3");
     book.AddSheet("Alta foaie").Text(0, 0, "Singura");
     book.Save(HostPath("a.xls").string());
     db.Open(ImportSheetString(Path("a.xls")));

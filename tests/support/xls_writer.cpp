@@ -4,6 +4,8 @@
 #include <cstring>
 #include <fstream>
 
+#include "platform/encoding.h"
+
 namespace test_support {
 namespace {
 
@@ -59,36 +61,21 @@ struct Sectors {
   }
 };
 
-std::u16string ToUtf16(std::string_view utf8) {
-  std::u16string out;
-  for (std::size_t i = 0; i < utf8.size();) {
-    const auto lead = static_cast<unsigned char>(utf8[i]);
-    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    std::uint32_t code = length == 1 ? lead : lead & (0x7Fu >> length);
-    for (std::size_t k = 1; k < length && i + k < utf8.size(); ++k) {
-      code = (code << 6) | (static_cast<unsigned char>(utf8[i + k]) & 0x3Fu);
-    }
-    i += length;
-    if (code < 0x10000) {
-      out.push_back(static_cast<char16_t>(code));
-    } else {
-      out.push_back(static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10)));
-      out.push_back(static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF)));
-    }
+/// A BIFF8 text: one byte a character where all fit, two elsewhere.
+struct Characters {
+  explicit Characters(std::string_view utf8, bool always_wide = false)
+      : bytes(platform::ToCodePage(utf8, 1200)), wide(always_wide) {
+    for (std::size_t i = 1; i < bytes.size(); i += 2) wide = wide || bytes[i] != 0;
+    units = static_cast<unsigned>(bytes.size() / 2);
+    if (wide) return;
+    std::string narrow;
+    for (std::size_t i = 0; i < bytes.size(); i += 2) narrow += bytes[i];
+    bytes = narrow;
   }
-  return out;
-}
-
-bool IsWide(const std::u16string& text) {
-  return std::any_of(text.begin(), text.end(), [](char16_t unit) { return unit > 0xFF; });
-}
-
-// The characters of a BIFF8 text, one or two bytes each.
-std::string Characters(std::u16string_view text, bool wide) {
   std::string bytes;
-  for (const char16_t unit : text) Append(bytes, unit, wide ? 2 : 1);
-  return bytes;
-}
+  bool wide;
+  unsigned units = 0;
+};
 
 }  // namespace
 
@@ -217,9 +204,8 @@ void XlsWriter::Sheet::FormulaNumber(unsigned row, unsigned column, double resul
 void XlsWriter::Sheet::FormulaText(unsigned row, unsigned column, std::string_view result) {
   Formula(row, column, result.empty() ? 0xFFFF000000000003 : 0xFFFF000000000000);
   if (result.empty()) return;
-  const std::u16string text = ToUtf16(result);
-  const bool wide = IsWide(text);
-  cells_.Begin(0x0207).U16(static_cast<unsigned>(text.size())).U8(wide ? 1 : 0).Bytes(Characters(text, wide));
+  const Characters text(result);
+  cells_.Begin(0x0207).U16(text.units).U8(text.wide ? 1 : 0).Bytes(text.bytes);
 }
 
 void XlsWriter::Sheet::FormulaBoolean(unsigned row, unsigned column, bool result) {
@@ -228,6 +214,45 @@ void XlsWriter::Sheet::FormulaBoolean(unsigned row, unsigned column, bool result
 
 void XlsWriter::Sheet::FormulaError(unsigned row, unsigned column, unsigned code) {
   Formula(row, column, 0xFFFF000000000002 | (code << 16));
+}
+
+void XlsWriter::Sheet::Row(unsigned row, std::string_view cells) {
+  for (unsigned column = 0;; ++column) {
+    const std::size_t end = cells.find('|');
+    const std::string cell(cells.substr(0, end));
+    const std::string rest = cell.empty() ? "" : cell.substr(1);
+    const auto number = [&] { return std::stod(rest); };
+    switch (cell.empty() ? ' ' : cell[0]) {
+      case '=':
+        Number(row, column, number());
+        break;
+      case '~':
+        FormulaNumber(row, column, number());
+        break;
+      case '"':
+        FormulaText(row, column, rest);
+        break;
+      case '0':
+        Number(row, column, number(), "00000000");
+        break;
+      case '@':
+        Date(row, column, number());
+        break;
+      case '?':
+        Boolean(row, column, rest == "1");
+        break;
+      case '!':
+        Error(row, column, 0x2A);
+        break;
+      case '\'':
+        Text(row, column, rest);
+        break;
+      default:
+        break;
+    }
+    if (end == std::string_view::npos) return;
+    cells.remove_prefix(end + 1);
+  }
 }
 
 XlsWriter::Sheet& XlsWriter::AddSheet(std::string_view name, bool hidden) {
@@ -255,24 +280,23 @@ void XlsWriter::WriteTexts(BiffStream& out) {
   out.Begin(0x00FC).U32(text_uses_).U32(static_cast<std::uint32_t>(texts_.size()));
   std::size_t used = 8;
   for (const std::string& utf8 : texts_) {
-    const std::u16string text = ToUtf16(utf8);
-    const bool wide = IsWide(text);
-    const std::size_t width = wide ? 2 : 1;
+    const Characters text(utf8);
+    const std::size_t width = text.wide ? 2 : 1;
     // The three bytes of a text's head stay together; its characters may go on behind a boundary.
     if (kRecordLimit - used < 3) {
       out.Begin(0x003C);
       used = 0;
     }
-    out.U16(static_cast<unsigned>(text.size())).U8(wide ? 1 : 0);
+    out.U16(text.units).U8(text.wide ? 1 : 0);
     used += 3;
-    std::u16string_view rest = text;
+    std::string_view rest = text.bytes;
     while (!rest.empty()) {
-      const std::size_t fit = std::min(rest.size(), (kRecordLimit - used) / width);
-      out.Bytes(Characters(rest.substr(0, fit), wide));
-      used += fit * width;
+      const std::size_t fit = std::min(rest.size(), (kRecordLimit - used) / width * width);
+      out.Bytes(rest.substr(0, fit));
+      used += fit;
       rest.remove_prefix(fit);
       if (rest.empty()) break;
-      out.Begin(0x003C).U8(wide ? 1 : 0);
+      out.Begin(0x003C).U8(text.wide ? 1 : 0);
       used = 1;
     }
   }
@@ -289,9 +313,8 @@ void XlsWriter::WriteGlobals(BiffStream& out, std::vector<std::size_t>& offset_s
   }
   FormatIndex("General");
   for (std::size_t i = 1; i < formats_.size(); ++i) {
-    const std::u16string text = ToUtf16(formats_[i]);
-    out.Begin(0x041E).U16(kFirstFormat + static_cast<unsigned>(i)).U16(static_cast<unsigned>(text.size()));
-    out.U8(1).Bytes(Characters(text, true));
+    const Characters text(formats_[i], true);
+    out.Begin(0x041E).U16(kFirstFormat + static_cast<unsigned>(i)).U16(text.units).U8(1).Bytes(text.bytes);
   }
   for (unsigned xf = 0; xf < kFirstCellXf + formats_.size(); ++xf) {
     const bool cell = xf >= kFirstCellXf;
@@ -301,11 +324,10 @@ void XlsWriter::WriteGlobals(BiffStream& out, std::vector<std::size_t>& offset_s
   }
   out.Begin(0x0293).U16(0x8000).U8(0).U8(0xFF);
   for (const auto& sheet : sheets_) {
-    const std::u16string name = ToUtf16(sheet->name_);
+    const Characters name(sheet->name_, true);
     out.Begin(0x0085);
     offset_slots.push_back(out.size());
-    out.U32(0).U8(sheet->hidden_ ? 1 : 0).U8(0).U8(static_cast<unsigned>(name.size())).U8(1);
-    out.Bytes(Characters(name, true));
+    out.U32(0).U8(sheet->hidden_ ? 1 : 0).U8(0).U8(name.units).U8(1).Bytes(name.bytes);
   }
   WriteTexts(out);
   out.Begin(0x000A).End();

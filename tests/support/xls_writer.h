@@ -47,6 +47,10 @@ class XlsWriter {
     void FormulaText(unsigned row, unsigned column, std::string_view result);
     void FormulaBoolean(unsigned row, unsigned column, bool result);
     void FormulaError(unsigned row, unsigned column, unsigned code);
+    /// A row of cells separated by "|", the first character of each telling its kind: 'text, =number,
+    /// ~formula's number, "formula's text, 0number of eight digits, @day, ?boolean, !error; an empty one is
+    /// left out.
+    void Row(unsigned row, std::string_view cells);
     /// For records that the writer does not know.
     BiffStream& raw() { return cells_; }
 
