@@ -85,16 +85,6 @@ Recordset& Recordset::operator=(const Recordset& other) {
   return *this;
 }
 
-namespace {
-
-template <typename Data>
-Data& Opened(const std::shared_ptr<Data>& data) {
-  if (data == nullptr) throw Error(kObjectClosed, "", "Setul de inregistrari este inchis");
-  return *data;
-}
-
-}  // namespace
-
 int Recordset::field_count() const {
   return data_ == nullptr ? 0 : static_cast<int>(data_->set->fields.size());
 }

@@ -156,4 +156,11 @@ class RowTest {
   std::vector<std::vector<Term>> any_of_;
 };
 
+/// The data behind a recordset, or the error of using one that is closed.
+template <typename Data>
+Data& Opened(const std::shared_ptr<Data>& data) {
+  if (data == nullptr) throw Error(kObjectClosed, "", "Setul de inregistrari este inchis");
+  return *data;
+}
+
 }  // namespace store

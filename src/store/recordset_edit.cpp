@@ -4,16 +4,6 @@
 
 namespace store {
 
-namespace {
-
-template <typename Data>
-Data& Opened(const std::shared_ptr<Data>& data) {
-  if (data == nullptr) throw Error(kObjectClosed, "", "Setul de inregistrari este inchis");
-  return *data;
-}
-
-}  // namespace
-
 void Recordset::Data::RequireWritable() const {
   if (set->in_memory) return;
   if (!set->updatable) {

@@ -67,6 +67,11 @@ class Reader {
       std::string_view line = lines[i];
       int number = static_cast<int>(i) + 1;
       bool continues = open != nullptr && !statement_ended && !open->statement.empty();
+      // A definition takes nothing but an error, so that several may stand below each other.
+      if (open != nullptr && open->statement.empty() && open->call.empty() && open->schema.empty() &&
+          !line.starts_with("ERROR:")) {
+        open = nullptr;
+      }
       if (line.empty()) {
         open = nullptr;
         refused.clear();
@@ -150,6 +155,12 @@ class Reader {
   static void OnOneLine(Step& step, const std::string& gives) {
     if (gives == "ok") return;
     if (gives.starts_with("ERROR:")) return Expectation(step, gives);
+    if (gives.starts_with("columns ")) {
+      step.expects = true;
+      step.columns = gives.substr(8);
+      std::replace(step.columns.begin(), step.columns.end(), ',', '\t');
+      return;
+    }
     for (std::string row : Split(gives, ';')) {
       std::replace(row.begin(), row.end(), ',', '\t');
       Expectation(step, row);

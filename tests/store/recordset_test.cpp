@@ -84,15 +84,14 @@ TEST_F(RecordsetTest, ValuesThatDoNotFitLeaveTheFieldAlone) {
   const std::string no_number = ErrorOf(kConversion, [&] { rows.Set("Val_Stat", "doua"); });
   EXPECT_THAT(no_number, testing::AllOf(HasSubstr("Val_Stat"), HasSubstr("doua")));
   EXPECT_THAT(ErrorOf(kConversion, [&] { rows.Set("Luna", 256); }), HasSubstr("0 ... 255"));
-  ErrorOf(kConversion, [&] { rows.Set("Nr", 40000.0); });
-  ErrorOf(kConversion, [&] { rows.Set("Nr", 1e300); });
-  ErrorOf(kConversion, [&] { rows.Set("Val_Stat", std::numeric_limits<double>::infinity()); });
-  ErrorOf(kConversion, [&] { rows.Set("Val_Stat", "12,5"); });
-  ErrorOf(kConversion, [&] { rows.Set("Val_Stat", ""); });
-  ErrorOf(kConversion, [&] { rows.Set("Curs", 1e39); });
-  ErrorOf(kConversion, [&] { rows.Set("Data", "31.02.2024"); });
-  ErrorOf(kConversion, [&] { rows.Set("Data", 3e6); });
-  ErrorOf(kConversion, [&] { rows.Set("Bifat", "poate"); });
+  const std::pair<const char*, Value> refused[] = {
+      {"Nr", 40000.0},        {"Nr", 1e300},    {"Val_Stat", std::numeric_limits<double>::infinity()},
+      {"Val_Stat", "12,5"},   {"Val_Stat", ""}, {"Curs", 1e39},
+      {"Data", "31.02.2024"}, {"Data", 3e6},    {"Bifat", "poate"}};
+  for (const auto& [column, value] : refused) {
+    SCOPED_TRACE(column);
+    ErrorOf(kConversion, [&, &column = column, &value = value] { rows.Set(column, value); });
+  }
   ErrorOf(kItemNotFound, [&] { rows.Set("Lipsa", 1); });
   ErrorOf(kItemNotFound, [&] { rows.Set(99, 1); });
   rows.Update();
