@@ -2,6 +2,7 @@
 
 #include "companies/open_company.h"
 #include "platform/locale.h"
+#include "update/offer.h"
 
 namespace app {
 namespace {
@@ -30,20 +31,13 @@ UpdateOffer OfferUpdate(session::Session& session, Surroundings& surroundings,
                         std::string_view program_folder, std::string_view version) {
   if (version == "0") return UpdateOffer::kNothingNew;
   platform::Prompter& prompter = session.host.prompter;
-  if (!prompter.Ask(
-          "Exista o versiune noua pentru download.\r\nDoriti descarcarea si instalarea noii versiuni ?",
-          "RASPUNDETI", Icon::kExclamation)) {
-    return UpdateOffer::kDeclined;
-  }
-  if (program_folder.ends_with('\\')) program_folder.remove_suffix(1);
-  const std::string updater = std::string(program_folder) + "\\UpdateWEB\\UpdateWEB.exe";
-  const std::string file = "\"" + updater + " \"";  // the blank before the quote is deliberate
-  const std::string parameters = std::string(version) + "_update.exe";
-  const bool present = session.host.files.Exists(updater);
-  if (present && surroundings.RunElevated(file, parameters)) return UpdateOffer::kLaunched;
+  if (!prompter.Ask(update::OfferText(), "RASPUNDETI", Icon::kExclamation)) return UpdateOffer::kDeclined;
+  const update::Launch launch = update::UpdaterLaunch(program_folder, version);
+  const bool present = session.host.files.Exists(update::UpdaterPath(program_folder));
+  if (present && surroundings.RunElevated(launch.file, launch.parameters)) return UpdateOffer::kLaunched;
   const std::string reason =
       present ? "Programul de actualizare nu a putut fi pornit." : "Lipseste programul de actualizare.";
-  prompter.Message(reason + "\r\nComanda ar fi fost:\r\n" + file + " " + parameters, "", Icon::kExclamation);
+  prompter.Message(reason + "\r\nComanda ar fi fost:\r\n" + launch.CommandLine(), "", Icon::kExclamation);
   return UpdateOffer::kNotLaunched;
 }
 

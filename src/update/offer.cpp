@@ -18,8 +18,4 @@ Launch UpdaterLaunch(std::string_view program_folder, std::string_view new_versi
   return launch;
 }
 
-std::string CannotLaunchText(const Launch& launch) {
-  return "Programul de actualizare nu poate fi pornit de aici. Comanda este:\r\n" + launch.CommandLine();
-}
-
 }  // namespace update

@@ -23,7 +23,4 @@ Launch UpdaterLaunch(std::string_view program_folder, std::string_view new_versi
 /// Windows path of the updater, to see whether it is there.
 std::string UpdaterPath(std::string_view program_folder);
 
-/// Shown in place of a launch that this host cannot do, or without an updater; the start then goes on.
-std::string CannotLaunchText(const Launch& launch);
-
 }  // namespace update
