@@ -398,10 +398,17 @@ void Engine::Rollback() noexcept {
 }
 
 void Engine::RequireTransaction() const {
-  if (depth_ > 0 && sqlite3_get_autocommit(db_)) {
-    throw Error(kIntegrity, path_,
-                fmt::format("Tranzactia pe fisierul {} a fost anulata dupa o eroare", path_));
+  if (depth_ == 0 || !sqlite3_get_autocommit(db_)) return;
+  std::string text = fmt::format("Tranzactia pe fisierul {} a fost anulata dupa o eroare", path_);
+  // The failure is SQLite's last one: nothing has been asked of it since.
+  if (const int code = sqlite3_extended_errcode(db_); code != SQLITE_OK) {
+    try {
+      ThrowSqlite(db_, code, path_, path_);
+    } catch (const Error& error) {
+      text += fmt::format(": {}", error.what());
+    }
   }
+  throw Error(kIntegrity, path_, text);
 }
 
 SchemaChange::SchemaChange(Engine& engine) : engine_(engine) {
