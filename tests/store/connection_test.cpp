@@ -111,21 +111,6 @@ TEST_F(ConnectionTest, NestedTransactionsAreOne) {
   db->Rollback();
 }
 
-TEST_F(ConnectionTest, AFailingStatementChangesNothing) {
-  auto db = CreateAndOpen("a.mdb");
-  CreateLines(db->catalog());
-  db->catalog().CreateIndex("Unic", "Linii", {"Cod"}, true);
-  for (const char* code : {"a", "b", "c"}) {
-    db->Execute(fmt::format("INSERT INTO Linii(Cod, Nr) VALUES('{}', 1)", code));
-  }
-  EXPECT_THAT(ErrorOf(kIntegrity, [&] { db->Execute("UPDATE Linii SET Nr = 2, Cod = 'x'"); }),
-              HasSubstr("Cod"));
-  ErrorOf(kIntegrity, [&] { db->Execute("INSERT INTO Linii(Cod) VALUES('A')"); });  // same text to the engine
-  EXPECT_EQ(Rows(db->Query("SELECT Cod, Nr FROM Linii ORDER BY Record_ID")), "a|1;b|1;c|1");
-  EXPECT_EQ(db->Execute("UPDATE Linii SET Nr = 3 WHERE Cod <> 'b'"), 2);
-  EXPECT_EQ(db->Execute("DELETE FROM Linii"), 3);
-}
-
 TEST_F(ConnectionTest, UpdatesCountRowsThatHeldTheirValueAlready) {
   const auto db = CreateAndOpen("m.mdb");
   db->Execute("CREATE TABLE m (n LONG, t TEXT(5), d DATETIME, y YESNO)");
