@@ -29,41 +29,6 @@ std::vector<std::string> Names(const store::Recordset& rows) {
   return names;
 }
 
-TEST(ExportViews, GroupByPartnerInOrderOfFirstLine) {
-  Installation at;
-  AddLine(at, "O", 3, "94036010", "'DE123'", 0.7, 1);
-  AddLine(at, "O", 3, "01012100", "'fr 9'", 5, 1);
-  AddLine(at, "O", 3, "94036010", "'DE123'", 0.8, 1);
-  AddLine(at, "O", 3, "94036010", "'DE456'", 7, 1);
-  AddLine(at, "O", 3, "94036010", "NULL", 9, 1);
-  AddLine(at, "O", 4, "94036010", "'DE123'", 100, 1);
-  AddLine(at, "I", 3, "94036010", "'DE123'", 100, 1);
-  const std::string columns =
-      "TIP,Cod_Fiscal,Anul,Luna,Pozitia,Cod_NC,Descriere1,Tara_Orig,Tara_Exp,Tara_Dest,Val_Fiscala1,Val_"
-      "Stat1,"
-      "Net1,Cantitate1,Cod_UMS,Val_UMS1,Nat_Tranz,Incoterms,Mod_Transp";
-  const auto items = [&](const std::string& view, const std::string& partner, const std::string& tail) {
-    std::string text;
-    for (store::Recordset rows =
-             at.session.company.Query("SELECT " + columns + partner + " FROM " + view + kFilter + tail);
-         !rows.eof(); rows.MoveNext()) {
-      text += fmt::format("{} {} {}", rows["Pozitia"].ToText(), rows["Cod_NC"].ToText(),
-                          rows["Val_Fiscala1"].ToText());
-      if (!partner.empty()) {
-        text += fmt::format(" {}:{}", rows["Country_VAT_ID"].ToText(), rows["VAT_ID1"].ToText());
-      }
-      text += "\n";
-    }
-    return text;
-  };
-  EXPECT_EQ(items("Intrastat_Sursa_Generare_O", ", VAT_ID1,Country_VAT_ID", ""),
-            "1 94036010 1.5 DE:123\n2 01012100 5 FR:9\n4 94036010 7 DE:456\n5 94036010 9 QV:\n");
-  EXPECT_EQ(items("Intrastat_Sursa_Generare_Detaliu", ",VAT_ID1,Country_VAT_ID", ""),
-            "1 94036010 0.7 DE:123\n2 01012100 5 FR:9\n3 94036010 0.8 DE:123\n4 94036010 7 DE:456\n5 "
-            "94036010 9 QV:\n");
-  EXPECT_EQ(items("Intrastat_Sursa_Generare", "", " ORDER BY Cod_NC"), "2 01012100 5\n1 94036010 17.5\n");
-}
-
 TEST(ExportViews, RunOnManyLinesInTimeThatGrowsWithThem) {
   Installation at;
   at.session.company.Begin();
