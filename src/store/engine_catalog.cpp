@@ -251,7 +251,14 @@ void EngineCatalog::CreateView(const StoredQuery& query) {
     if (prepared->translation.kind != dialect::StatementKind::kSelect) return;
     char* expanded = sqlite3_expanded_sql(prepared->statement.get());
     if (expanded == nullptr) return;
-    const std::string sql = fmt::format("CREATE VIEW main.{} AS {}", QuoteName(query.name), expanded);
+    std::string columns;
+    for (const dialect::ResultColumn& column : prepared->translation.columns) {
+      columns += (columns.empty() ? "" : ", ") + QuoteName(column.name);
+    }
+    if (!prepared->translation.base_table.empty())
+      columns += ", \"rid\"";  // the row's id, as our own queries read it
+    const std::string sql =
+        fmt::format("CREATE VIEW main.{}({}) AS {}", QuoteName(query.name), columns, expanded);
     sqlite3_free(expanded);
     sqlite3_exec(engine_.db(), sql.c_str(), nullptr, nullptr, nullptr);
   } catch (const Error&) {
