@@ -12,6 +12,11 @@ int LayDown(Context& context, const std::string& root) {
   const setup::Outcome outcome =
       setup::LayDown(host, root, store::layout::FindDataFolder(host.files, context.ProgramFolder()));
   for (const std::string& note : outcome.notes) context.prompter().Info(note);
+  if (!context.json) {  // paths as Windows writes them, without the escapes of tables
+    context.out() << "adaugat\n";
+    for (const std::string& item : outcome.added) context.out() << item << '\n';
+    return kDone;
+  }
   ResultTable table{{"adaugat"}, {}};
   for (const std::string& item : outcome.added) table.rows.push_back({item});
   context.Write(table);
