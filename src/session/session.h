@@ -43,7 +43,8 @@ class Session {
   DefaultValues defaults;
   int Anul = 0, Luna = 0;  ///< period of the current work
   std::string user_name = "N/A";
-  bool decimal_comma = false;  ///< the user's decimal separator is not "."; only the rates file's reading looks
+  bool decimal_comma =
+      false;  ///< the user's decimal separator is not "."; only the rates file's reading looks
   bool creation_mode = false;  ///< the company screen is creating a new company
 
   std::string CommonPath() const { return settings.DataBase + "Comun.mdb"; }
