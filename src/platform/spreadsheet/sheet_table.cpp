@@ -69,11 +69,4 @@ Table ReadSheetTable(Workbook& book, std::string_view sheet, const SheetOptions&
   return builder.Take();
 }
 
-std::vector<std::string> SheetNames(const std::string& host_path) {
-  const std::unique_ptr<Workbook> book = OpenXls(host_path);
-  std::vector<std::string> names;
-  for (const SheetInfo& info : book->sheets()) names.push_back(info.name);
-  return names;
-}
-
 }  // namespace platform::spreadsheet

@@ -82,9 +82,6 @@ struct SheetOptions {
 Table ReadSheetTable(Workbook& book, std::string_view sheet, const SheetOptions& options);
 Table ReadSheetTable(const std::string& host_path, std::string_view sheet, const SheetOptions& options);
 
-/// Names of the worksheets of a file, in its order.
-std::vector<std::string> SheetNames(const std::string& host_path);
-
 /// Reads a delimited text file as its column description says (the section of the file's name in "Schema.ini"
 /// beside it: ColNameHeader, Format = Delimited(x) | CSVDelimited | TabDelimited, DateTimeFormat,
 /// DecimalSymbol, CharacterSet, Col1=name type [Width n] …). Without a section: comma, all text, columns F1,
