@@ -69,3 +69,12 @@ function(dx_test name)
   target_compile_definitions(${name} PRIVATE DECLARIX_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
 endfunction()
+
+# Target xlsxwriter::xlsxwriter; the library comes without CMake files of its own.
+macro(dx_find_xlsxwriter)
+  find_path(XLSXWRITER_INCLUDE_DIR xlsxwriter.h REQUIRED)
+  find_library(XLSXWRITER_LIBRARY xlsxwriter REQUIRED)
+  add_library(xlsxwriter::xlsxwriter UNKNOWN IMPORTED)
+  set_target_properties(xlsxwriter::xlsxwriter PROPERTIES
+    IMPORTED_LOCATION "${XLSXWRITER_LIBRARY}" INTERFACE_INCLUDE_DIRECTORIES "${XLSXWRITER_INCLUDE_DIR}")
+endmacro()
