@@ -78,3 +78,22 @@ macro(dx_find_xlsxwriter)
   set_target_properties(xlsxwriter::xlsxwriter PROPERTIES
     IMPORTED_LOCATION "${XLSXWRITER_LIBRARY}" INTERFACE_INCLUDE_DIRECTORIES "${XLSXWRITER_INCLUDE_DIR}")
 endmacro()
+
+# As dx_library, for the shared screen parts and the screens: with Qt's own precompiled header, moc and resources.
+function(dx_qt_library name)
+  cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h *.qrc icons/*.qrc)
+  add_library(${name} STATIC ${sources})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON AUTORCC ON)
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${ARG_LINK})
+  target_compile_definitions(${name} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_FROM_BYTEARRAY)
+  target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src/pch_qt.h)
+endfunction()
+
+# One test program of screens, run without a display.
+function(dx_qt_test name)
+  cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})
+  dx_test(${name} LINK test_qt ${ARG_LINK})
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QComboBox>
+
+#include "ui/code_list.h"
+
+class QCompleter;
+
+namespace ui {
+
+/// A look-up field: shows and keeps a code, offers code and description in a list (Alt+Down) and completes
+/// while typing, by the code's beginning or any word's beginning in the description. A code that is not in
+/// the list stays as typed. Used in forms and as the editor of code cells in grids.
+class CodeBox : public QComboBox {
+  Q_OBJECT
+ public:
+  explicit CodeBox(QWidget* parent = nullptr);
+
+  void SetList(CodeList list);
+  const CodeList& list() const { return list_; }
+
+  /// Lists of names (counties, towns): the field shows the description and code() answers the code behind it.
+  void ShowDescriptions(bool on);
+
+  QString code() const;
+  void SetCode(const QString& code);
+  /// Description of the code now in the field; empty where it is unknown.
+  QString description() const;
+
+ Q_SIGNALS:
+  void CodeChanged();  ///< typed or chosen
+
+ private:
+  CodeList list_;
+  bool show_descriptions_ = false;
+};
+
+}  // namespace ui

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "session/session.h"
+
+namespace ui {
+
+class ScreenMemory;
+
+/// What every screen works with. One per program, outliving all screens.
+struct Context {
+  session::Session& session;
+  ScreenMemory& memory;  ///< sizes, column widths, order and sort, per user and screen
+
+  /// Opens a document or folder (Windows path) with the program that the user has for it.
+  std::function<bool(std::string_view windows_path)> open_document;
+  /// Opens the manual at a screen's chapter; the anchor is the screen's object name.
+  std::function<void(std::string_view screen)> open_manual;
+};
+
+}  // namespace ui

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "companies/fields.h"
+#include "ui/code_box.h"
+#include "ui/screen.h"
+
+class QCheckBox;
+class QGridLayout;
+class QHBoxLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTabWidget;
+class QVBoxLayout;
+
+namespace ui {
+
+/// A data-entry screen. Fields carry their column's name as object name; those tagged "DA" take part in
+/// reading and saving, name for name. Entering a field selects its text and shows its help line at the
+/// bottom; Enter moves on. Confirm and cancel stand at the bottom right.
+///
+/// Building goes top down: AddTab (for tabbed screens), then AddColumn (side by side), then AddSection, then
+/// fields; each call adds to the part begun last. Missing outer parts are begun by themselves.
+class Form : public Screen {
+  Q_OBJECT
+ public:
+  Form(Context& context, const QString& name, QWidget* parent);
+
+  void AddTab(const QString& title);
+  void AddColumn();
+  void AddSection(const QString& title = {});
+
+  enum class Kind { kBound, kFree };  ///< bound fields are tagged "DA"
+  /// `characters` is what the field is as wide as.
+  QLineEdit* AddText(const QString& name, const QString& label, int characters, const QString& help = {},
+                     Kind kind = Kind::kBound);
+  QCheckBox* AddTick(const QString& name, const QString& caption, const QString& help = {},
+                     Kind kind = Kind::kBound);
+  /// A look-up field with its description beside it.
+  CodeBox* AddCode(const QString& name, const QString& label, CodeList list, int characters,
+                   const QString& help = {}, Kind kind = Kind::kBound);
+  /// Any other widget as a field; null label spans both columns.
+  void AddField(const QString& label, QWidget* field, const QString& help = {});
+  /// A widget right of the field added last (a help or browse button).
+  void AddBeside(QWidget* widget);
+  void AddNote(const QString& text);  ///< a wrapped line of explanation
+
+  /// Confirm (default look, object name "CmdOK") and cancel ("CmdRenunt").
+  void SetButtons(const QString& confirm, std::function<void()> on_confirm,
+                  const QString& cancel = "&Renunta");
+  QPushButton* confirm_button() const { return confirm_; }
+  QPushButton* cancel_button() const { return cancel_; }
+  /// A further command at the bottom left.
+  QPushButton* AddCommand(const QString& name, const QString& caption, std::function<void()> on_click);
+
+  /// Marks a field as required beside its label.
+  void MarkRequired(const QString& name);
+  /// Required-value check: shows the label's message and goes to the field where it is blank.
+  bool Require(const QString& name, const QString& label);
+
+  /// Called when the focus leaves a field for another one of this form (not for cancel or another window).
+  /// False keeps the cursor in the field.
+  void OnLeave(const QString& name, std::function<bool()> check);
+
+  /// Names of the bound fields in order of building.
+  std::vector<std::string> BoundNames() const;
+  companies::Fields Collect() const;
+  void Fill(const companies::Fields& fields);
+  QString Text(const QString& name) const;  ///< of any field; ticks "1" or "0"
+  void SetText(const QString& name, const QString& text);
+
+  void SetHelp(QWidget* field, const QString& help);
+  void ShowMessage(const QString& text);  ///< in the line at the bottom
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  QVBoxLayout* body() { return outer_; }
+
+ private:
+  QGridLayout* section();
+  void AddRow(const QString& name, const QString& label, QWidget* field);
+  void Watch(QWidget* field, const QString& help);
+  QWidget* FieldOf(QObject* watched) const;
+
+  QVBoxLayout* outer_ = nullptr;
+  QTabWidget* tabs_ = nullptr;
+  QHBoxLayout* columns_ = nullptr;
+  QVBoxLayout* column_ = nullptr;
+  QGridLayout* section_ = nullptr;
+  QHBoxLayout* last_row_ = nullptr;
+  QHBoxLayout* buttons_ = nullptr;
+  QLabel* message_ = nullptr;
+  QPushButton* confirm_ = nullptr;
+  QPushButton* cancel_ = nullptr;
+  std::vector<QWidget*> fields_;
+  std::map<QString, QLabel*> labels_;
+  std::map<QString, std::function<bool()>> leave_checks_;
+  bool checking_ = false;
+};
+
+}  // namespace ui

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QLocale>
+#include <QString>
+#include <optional>
+
+#include "store/value.h"
+
+namespace ui {
+
+/// How a value is shown: numbers in the user's locale, dates dd.mm.yyyy, codes as stored.
+enum class Format {
+  kText,
+  kWhole,   ///< "##,##0"
+  kAmount,  ///< "##,##0.00"
+  kRate,    ///< "##,##0.0000"
+  kDate,
+  kDateTime,  ///< dd.mm.yyyy hh:mm
+  kTick,      ///< yes/no
+};
+
+/// The three display formats by their texts; anything else is kText.
+Format FormatByText(std::string_view format);
+
+/// Null shows as nothing, and so does a tick (it is drawn).
+QString Shown(const store::Value& value, Format format, const QLocale& locale = QLocale());
+/// The same for typing into: all decimals there are, no grouping.
+QString ForEditing(const store::Value& value, Format format, const QLocale& locale = QLocale());
+
+/// A number as typed: the locale's marks or a plain decimal point, blanks ignored. Nothing where it is none.
+std::optional<double> ParseNumber(const QString& text, const QLocale& locale = QLocale());
+
+/// True for formats whose cells stand at the right.
+bool RightAligned(Format format);
+
+}  // namespace ui
