@@ -9,7 +9,7 @@ class QCompleter;
 namespace ui {
 
 /// A look-up field: shows and keeps a code, offers code and description in a list (Alt+Down) and completes
-/// while typing, by the code's beginning or any word's beginning in the description. A code that is not in
+/// while typing, by any part of either. A code that is not in
 /// the list stays as typed. Used in forms and as the editor of code cells in grids.
 class CodeBox : public QComboBox {
   Q_OBJECT
@@ -26,6 +26,10 @@ class CodeBox : public QComboBox {
   void SetCode(const QString& code);
   /// Description of the code now in the field; empty where it is unknown.
   QString description() const;
+
+ protected:
+  /// A wheel that scrolls a screen must not change the codes that pass under it.
+  void wheelEvent(QWheelEvent* event) override;
 
  Q_SIGNALS:
   void CodeChanged();  ///< typed or chosen

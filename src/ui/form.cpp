@@ -1,0 +1,369 @@
+#include "ui/form.h"
+
+#include <QAbstractItemView>
+#include <QCompleter>
+#include <QFrame>
+#include <QGroupBox>
+#include <QTabWidget>
+#include <QTimer>
+
+#include "platform/prompter.h"
+#include "store/value.h"
+#include "ui/text.h"
+
+namespace ui {
+namespace {
+
+constexpr char kTag[] = "tag";  // "DA": the field takes part in reading and saving
+
+bool IsBound(const QWidget* field) { return field->property(kTag).toString() == QLatin1String("DA"); }
+
+QString TextOf(const QWidget* field) {
+  if (const auto* line = qobject_cast<const QLineEdit*>(field)) return line->text();
+  if (const auto* tick = qobject_cast<const QCheckBox*>(field)) return tick->isChecked() ? "1" : "0";
+  if (const auto* code = qobject_cast<const CodeBox*>(field)) return code->code();
+  if (const auto* box = qobject_cast<const QComboBox*>(field)) return box->currentText();
+  return {};
+}
+
+void PutText(QWidget* field, const QString& text) {
+  if (auto* line = qobject_cast<QLineEdit*>(field)) {
+    line->setText(text);
+    line->setCursorPosition(0);
+  } else if (auto* tick = qobject_cast<QCheckBox*>(field)) {
+    tick->setChecked(store::Value(Utf8(text)).ToBoolean());
+  } else if (auto* code = qobject_cast<CodeBox*>(field)) {
+    code->SetCode(text);
+  } else if (auto* box = qobject_cast<QComboBox*>(field)) {
+    const int at = box->findText(text);
+    if (at >= 0 || !box->isEditable()) box->setCurrentIndex(at);
+    if (at < 0 && box->isEditable()) box->setEditText(text);
+  }
+}
+
+}  // namespace
+
+Form::Form(Context& context, const QString& name, QWidget* parent) : Screen(context, name, parent) {
+  auto* whole = new QVBoxLayout(this);
+  whole->setContentsMargins(16, 16, 16, 12);
+  whole->setSpacing(12);
+  outer_ = new QVBoxLayout;
+  whole->addLayout(outer_, 1);
+  auto* line = new QFrame(this);
+  line->setFrameShape(QFrame::HLine);
+  line->setFrameShadow(QFrame::Sunken);
+  whole->addWidget(line);
+  message_ = new QLabel(this);
+  message_->setObjectName(QStringLiteral("LblMesaj"));
+  message_->setTextFormat(Qt::PlainText);
+  message_->setWordWrap(true);
+  message_->setMinimumHeight(message_->fontMetrics().height() * 2);
+  message_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  whole->addWidget(message_);
+  buttons_ = new QHBoxLayout;
+  buttons_->setSpacing(8);
+  buttons_->addStretch(1);
+  whole->addLayout(buttons_);
+}
+
+void Form::AddTab(const QString& title) {
+  if (tabs_ == nullptr) {
+    tabs_ = new QTabWidget(this);
+    outer_->addWidget(tabs_, 1);
+  }
+  auto* page = new QWidget(tabs_);
+  auto* inside = new QVBoxLayout(page);
+  inside->setContentsMargins(16, 16, 16, 16);
+  columns_ = new QHBoxLayout;
+  columns_->setSpacing(32);
+  inside->addLayout(columns_);
+  inside->addStretch(1);
+  tabs_->addTab(page, title);
+  column_ = nullptr;
+  section_ = nullptr;
+}
+
+void Form::AddColumn() {
+  if (columns_ == nullptr) {
+    columns_ = new QHBoxLayout;
+    columns_->setSpacing(32);
+    outer_->addLayout(columns_);
+    outer_->addStretch(1);
+  }
+  column_ = new QVBoxLayout;
+  column_->setSpacing(16);
+  columns_->addLayout(column_, 1);
+  section_ = nullptr;
+}
+
+void Form::AddSection(const QString& title) {
+  if (column_ == nullptr) AddColumn();
+  if (column_->count() > 0) {  // the stretch below the section before
+    delete column_->takeAt(column_->count() - 1);
+  }
+  if (!title.isEmpty()) {
+    auto* heading = new QLabel(title, this);
+    QFont font = heading->font();
+    font.setBold(true);
+    heading->setFont(font);
+    column_->addWidget(heading);
+  }
+  section_ = new QGridLayout;
+  section_->setHorizontalSpacing(12);
+  section_->setVerticalSpacing(8);
+  section_->setColumnStretch(1, 1);
+  column_->addLayout(section_);
+  column_->addStretch(1);
+}
+
+QGridLayout* Form::section() {
+  if (section_ == nullptr) AddSection();
+  return section_;
+}
+
+QLineEdit* Form::AddText(const QString& name, const QString& label, int characters, const QString& help,
+                         Kind kind) {
+  auto* field = new QLineEdit(this);
+  field->setObjectName(name);
+  if (kind == Kind::kBound) field->setProperty(kTag, QStringLiteral("DA"));
+  const int width = field->fontMetrics().horizontalAdvance(QString(characters, QLatin1Char('0'))) + 20;
+  field->setMinimumWidth(std::min(width, 240));
+  field->setMaximumWidth(width);
+  AddRow(name, label, field);
+  Watch(field, help);
+  return field;
+}
+
+QCheckBox* Form::AddTick(const QString& name, const QString& caption, const QString& help, Kind kind) {
+  auto* field = new QCheckBox(caption, this);
+  field->setObjectName(name);
+  if (kind == Kind::kBound) field->setProperty(kTag, QStringLiteral("DA"));
+  AddRow(name, QString(), field);
+  Watch(field, help);
+  return field;
+}
+
+CodeBox* Form::AddCode(const QString& name, const QString& label, CodeList list, int characters,
+                       const QString& help, Kind kind) {
+  auto* field = new CodeBox(this);
+  field->setObjectName(name);
+  if (kind == Kind::kBound) field->setProperty(kTag, QStringLiteral("DA"));
+  field->setFixedWidth(field->fontMetrics().horizontalAdvance(QString(characters, QLatin1Char('0'))) + 48);
+  field->SetList(std::move(list));
+  AddRow(name, label, field);
+  Watch(field, help);
+  auto* description = new QLabel(this);
+  description->setObjectName(name + QStringLiteral("_Descriere"));
+  description->setTextFormat(Qt::PlainText);
+  description->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  description->setMinimumWidth(description->fontMetrics().averageCharWidth() * 24);
+  const auto show = [field, description] {
+    const QString text = field->code().isEmpty()          ? QString()
+                         : field->description().isEmpty() ? QStringLiteral("cod necunoscut")
+                                                          : field->description();
+    description->setText(text);
+    description->setToolTip(text);
+  };
+  connect(field, &CodeBox::CodeChanged, description, show);
+  connect(field, &QComboBox::editTextChanged, description, show);
+  AddBeside(description);
+  return field;
+}
+
+void Form::AddField(const QString& label, QWidget* field, const QString& help) {
+  AddRow(field->objectName(), label, field);
+  Watch(field, help);
+}
+
+void Form::AddRow(const QString& name, const QString& label, QWidget* field) {
+  QGridLayout* grid = section();
+  const int row = grid->rowCount();
+  last_row_ = new QHBoxLayout;
+  last_row_->setSpacing(8);
+  last_row_->addWidget(field, qobject_cast<QLineEdit*>(field) != nullptr ? 1 : 0);
+  if (label.isNull()) {
+    grid->addLayout(last_row_, row, 0, 1, 2);
+    last_row_->addStretch(qobject_cast<QCheckBox*>(field) != nullptr ? 1 : 0);
+    return;
+  }
+  auto* caption = new QLabel(label, this);
+  caption->setBuddy(field);
+  labels_[name] = caption;
+  grid->addWidget(caption, row, 0, Qt::AlignLeft | Qt::AlignVCenter);
+  grid->addLayout(last_row_, row, 1);
+  if (qobject_cast<QLineEdit*>(field) != nullptr) last_row_->addStretch(0);
+}
+
+void Form::AddBeside(QWidget* widget) {
+  // Between the field and the stretch that may follow it.
+  int at = last_row_->count();
+  while (at > 0 && last_row_->itemAt(at - 1)->spacerItem() != nullptr) --at;
+  last_row_->insertWidget(at, widget, qobject_cast<QLabel*>(widget) != nullptr ? 1 : 0);
+}
+
+void Form::AddNote(const QString& text) {
+  auto* note = new QLabel(text, this);
+  note->setWordWrap(true);
+  note->setTextFormat(Qt::PlainText);
+  QGridLayout* grid = section();
+  grid->addWidget(note, grid->rowCount(), 0, 1, 2);
+}
+
+void Form::SetButtons(const QString& confirm, std::function<void()> on_confirm, const QString& cancel) {
+  confirm_ = new QPushButton(confirm, this);
+  confirm_->setObjectName(QStringLiteral("CmdOK"));
+  confirm_->setDefault(true);
+  // A click does not take the focus by itself: the field being typed in is left in one place, below.
+  confirm_->setFocusPolicy(Qt::TabFocus);
+  cancel_ = new QPushButton(cancel, this);
+  cancel_->setObjectName(QStringLiteral("CmdRenunt"));
+  cancel_->setFocusPolicy(Qt::TabFocus);  // a click leaves the field's checks alone
+  connect(confirm_, &QPushButton::clicked, this, [this, action = std::move(on_confirm)] {
+    confirm_->setFocus();
+    if (focusWidget() != confirm_) return;  // the field refused to be left
+    Try(action);
+  });
+  connect(cancel_, &QPushButton::clicked, this, &QDialog::reject);
+#ifdef Q_OS_MACOS
+  buttons_->addWidget(cancel_);
+  buttons_->addWidget(confirm_);
+#else
+  buttons_->addWidget(confirm_);
+  buttons_->addWidget(cancel_);
+#endif
+}
+
+QPushButton* Form::AddCommand(const QString& name, const QString& caption, std::function<void()> on_click) {
+  auto* button = new QPushButton(caption, this);
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  connect(button, &QPushButton::clicked, this, [this, action = std::move(on_click)] { Try(action); });
+  int at = 0;
+  while (buttons_->itemAt(at)->spacerItem() == nullptr) ++at;
+  buttons_->insertWidget(at, button);
+  return button;
+}
+
+void Form::MarkRequired(const QString& name) {
+  const auto found = labels_.find(name);
+  if (found == labels_.end()) return;
+  found->second->setText(found->second->text() + QStringLiteral(" *"));
+  found->second->setToolTip(QStringLiteral("Obligatoriu de completat"));
+}
+
+bool Form::Require(const QString& name, const QString& label) {
+  if (!store::IsEmpty(Utf8(Text(name)))) return true;
+  platform::ShowRequired(session().host.prompter, Utf8(label));
+  if (auto* field = findChild<QWidget*>(name)) field->setFocus(Qt::OtherFocusReason);
+  return false;
+}
+
+void Form::OnLeave(const QString& name, std::function<bool()> check) {
+  leave_checks_[name] = std::move(check);
+}
+
+std::vector<std::string> Form::BoundNames() const {
+  std::vector<std::string> names;
+  for (const QWidget* field : fields_) {
+    if (IsBound(field)) names.push_back(Utf8(field->objectName()));
+  }
+  return names;
+}
+
+companies::Fields Form::Collect() const {
+  companies::Fields fields(BoundNames());
+  for (const QWidget* field : fields_) {
+    if (IsBound(field)) fields.Set(Utf8(field->objectName()), Utf8(TextOf(field)));
+  }
+  return fields;
+}
+
+void Form::Fill(const companies::Fields& fields) {
+  for (QWidget* field : fields_) {
+    const std::string name = Utf8(field->objectName());
+    if (IsBound(field) && fields.Has(name)) PutText(field, Q(fields.Get(name)));
+  }
+}
+
+QString Form::Text(const QString& name) const {
+  const auto* field = findChild<QWidget*>(name);
+  return field == nullptr ? QString() : TextOf(field);
+}
+
+void Form::SetText(const QString& name, const QString& text) {
+  if (auto* field = findChild<QWidget*>(name)) PutText(field, text);
+}
+
+void Form::SetHelp(QWidget* field, const QString& help) {
+  field->setStatusTip(help);
+  field->setWhatsThis(help);
+}
+
+void Form::ShowMessage(const QString& text) { message_->setText(text); }
+
+void Form::Watch(QWidget* field, const QString& help) {
+  SetHelp(field, help);
+  fields_.push_back(field);
+  field->installEventFilter(this);
+  if (auto* box = qobject_cast<QComboBox*>(field); box != nullptr && box->lineEdit() != nullptr) {
+    box->lineEdit()->installEventFilter(this);
+  }
+}
+
+QWidget* Form::FieldOf(QObject* watched) const {
+  for (QWidget* field : fields_) {
+    if (field == watched) return field;
+    const auto* box = qobject_cast<const QComboBox*>(field);
+    if (box != nullptr && box->lineEdit() == watched) return field;
+  }
+  return nullptr;
+}
+
+bool Form::eventFilter(QObject* watched, QEvent* event) {
+  QWidget* field = FieldOf(watched);
+  if (field == nullptr) return Screen::eventFilter(watched, event);
+  switch (event->type()) {
+    case QEvent::FocusIn:
+      ShowMessage(field->statusTip());
+      if (auto* line = qobject_cast<QLineEdit*>(watched)) {
+        // After the mouse press that brought the focus has set its own cursor.
+        QTimer::singleShot(0, line, &QLineEdit::selectAll);
+      }
+      break;
+    case QEvent::FocusOut: {
+      const auto check = leave_checks_.find(field->objectName());
+      const auto reason = static_cast<QFocusEvent*>(event)->reason();
+      if (check == leave_checks_.end() || checking_ || !isVisible() ||
+          reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) {
+        break;
+      }
+      QWidget* next = QApplication::focusWidget();
+      if (next == cancel_ && cancel_ != nullptr) break;
+      checking_ = true;
+      if (!check->second()) {
+        field->setFocus(Qt::OtherFocusReason);
+        checking_ = false;
+        return Screen::eventFilter(watched, event);
+      }
+      checking_ = false;
+      break;
+    }
+    case QEvent::KeyPress: {
+      const int key = static_cast<QKeyEvent*>(event)->key();
+      auto* box = qobject_cast<QComboBox*>(field);
+      const bool list_open =
+          box != nullptr && (box->view()->isVisible() ||
+                             (box->completer() != nullptr && box->completer()->popup()->isVisible()));
+      if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !list_open) {
+        focusNextChild();
+        return true;
+      }
+      break;
+    }
+    default:
+      break;
+  }
+  return Screen::eventFilter(watched, event);
+}
+
+}  // namespace ui
