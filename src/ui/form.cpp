@@ -294,6 +294,28 @@ void Form::SetText(const QString& name, const QString& text) {
   if (auto* field = findChild<QWidget*>(name)) PutText(field, text);
 }
 
+std::vector<std::string> Form::BoundTexts() const {
+  std::vector<std::string> texts;
+  for (const QWidget* field : fields_) {
+    if (IsBound(field)) texts.push_back(Utf8(TextOf(field)));
+  }
+  return texts;
+}
+
+void Form::GuardChanges() {
+  guarded_ = true;
+  as_opened_ = BoundTexts();
+}
+
+void Form::reject() {
+  if (guarded_ && isVisible() && BoundTexts() != as_opened_ &&
+      !session().host.prompter.Ask("Datele modificate nu au fost salvate. Inchideti fara salvare ?",
+                                   "RASPUNDETI", platform::Icon::kQuestion)) {
+    return;
+  }
+  Screen::reject();
+}
+
 void Form::SetHelp(QWidget* field, const QString& help) {
   field->setStatusTip(help);
   field->setWhatsThis(help);

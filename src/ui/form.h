@@ -74,6 +74,10 @@ class Form : public Screen {
   QString Text(const QString& name) const;  ///< of any field; ticks "1" or "0"
   void SetText(const QString& name, const QString& text);
 
+  /// From here on, closing without confirming asks first where a bound field has changed.
+  void GuardChanges();
+  void reject() override;
+
   void SetHelp(QWidget* field, const QString& help);
   void ShowMessage(const QString& text);  ///< in the line at the bottom
 
@@ -86,6 +90,7 @@ class Form : public Screen {
   void AddRow(const QString& name, const QString& label, QWidget* field);
   void Watch(QWidget* field, const QString& help);
   QWidget* FieldOf(QObject* watched) const;
+  std::vector<std::string> BoundTexts() const;
 
   QVBoxLayout* outer_ = nullptr;
   QTabWidget* tabs_ = nullptr;
@@ -100,7 +105,8 @@ class Form : public Screen {
   std::vector<QWidget*> fields_;
   std::map<QString, QLabel*> labels_;
   std::map<QString, std::function<bool()>> leave_checks_;
-  bool checking_ = false;
+  bool checking_ = false, guarded_ = false;
+  std::vector<std::string> as_opened_;
 };
 
 }  // namespace ui

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <vector>
+
+#include "companies/open_company.h"
+#include "ui/form.h"
+
+class QListWidget;
+
+namespace companies {
+
+/// Selection of the company to work with. Accepted once it is open.
+class Frm_Firme : public ui::Form {
+  Q_OBJECT
+ public:
+  Frm_Firme(ui::Context& context, QWidget* parent);
+
+ private:
+  void ShowList(const QString& part);
+  void ShowChosen();
+  void Confirm();
+
+  std::vector<ListedCompany> companies_;
+  QListWidget* list_;
+};
+
+}  // namespace companies
