@@ -76,7 +76,7 @@ TEST(GroupQueries, CarryKeysTotalsAndEditableConstants) {
        1},
       {"Intrastat_Grup_Incoterms_O",
        " AND TOTAL_Val_Fiscala <> 0 ORDER BY Incoterms, Tara_Exp, Mod_Transp",
-       {"Incoterms", "Tara_Exp", "Tara_Dest", "Mod_Transp"},
+       {"Incoterms", "Tara_Dest", "Mod_Transp"},
        1},
       {"Intrastat_Grup_VAT",
        " AND TOTAL_Net <> 0ORDER BY VAT_ID, Incoterms, Mod_Transp",
