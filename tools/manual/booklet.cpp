@@ -1,0 +1,252 @@
+#include "booklet.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSvgRenderer>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <cmath>
+
+namespace manual {
+namespace {
+
+constexpr double kMarginMm = 22;
+constexpr double kRunningMm = 12;      // of the running head and the page number from the page's edge
+constexpr double kLastHeading = 0.88;  // part of the page below which a heading moves on
+constexpr char kFont[] = "DejaVu Sans";
+const QColor kAccent(0x1f, 0x63, 0x91);
+const QColor kFaint(0x5b, 0x6b, 0x78);
+
+constexpr char kStyle[] = R"(
+h1 { font-size: 19pt; color: #1f6391; page-break-before: always; margin-top: 0px; margin-bottom: 14px; }
+h2 { font-size: 13pt; margin-top: 20px; margin-bottom: 9px; }
+h3 { font-size: 10.5pt; margin-top: 14px; margin-bottom: 4px; }
+p { margin-top: 0px; margin-bottom: 7px; line-height: 128%; }
+li { margin-bottom: 3px; line-height: 128%; }
+a { color: #1f6391; text-decoration: none; }
+code { font-family: "DejaVu Sans Mono"; font-size: 8.5pt; }
+pre { font-family: "DejaVu Sans Mono"; font-size: 8.5pt; background-color: #f3f7fa; }
+table { margin-top: 4px; margin-bottom: 12px; }
+blockquote { margin-left: 14px; margin-right: 14px; color: #33454f; }
+)";
+
+// Lays text out over pages of one size and paints them one by one.
+class Flow {
+ public:
+  Flow(QPdfWriter* device, const QSizeF& page) : device_(device), page_(page) {}
+
+  void SetHtml(const QString& html) {
+    text_.documentLayout()->setPaintDevice(device_);
+    text_.setDefaultFont(QFont(kFont, 9));
+    text_.setDocumentMargin(0);
+    text_.setDefaultStyleSheet(kStyle);
+    text_.setHtml(html);
+    text_.setPageSize(page_);
+  }
+
+  // A heading never stands at the foot of a page with little or no text below it.
+  void KeepHeadingsWithText() {
+    for (QTextBlock block = text_.begin(); block.isValid(); block = block.next()) {
+      if (block.blockFormat().headingLevel() < 2) {
+        continue;
+      }
+      const double page = Top(block) / page_.height();
+      const QTextBlock next = block.next();
+      if (page - std::floor(page) < kLastHeading && (!next.isValid() || PageOf(next) == PageOf(block))) {
+        continue;
+      }
+      QTextBlockFormat format = block.blockFormat();
+      format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+      QTextCursor(block).setBlockFormat(format);
+    }
+  }
+
+  // Page of every heading in reading order, from 0.
+  std::vector<int> HeadingPages() const {
+    std::vector<int> pages;
+    for (QTextBlock block = text_.begin(); block.isValid(); block = block.next()) {
+      if (block.blockFormat().headingLevel() > 0) {
+        pages.push_back(PageOf(block));
+      }
+    }
+    return pages;
+  }
+
+  int PageCount() const { return text_.pageCount(); }
+
+  void Paint(QPainter* painter, const QPointF& at, int page) const {
+    painter->save();
+    painter->translate(at.x(), at.y() - page * page_.height());
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.clip = QRectF(0, page * page_.height(), page_.width(), page_.height());
+    context.palette.setColor(QPalette::Text, Qt::black);
+    painter->setClipRect(context.clip);
+    text_.documentLayout()->draw(painter, context);
+    painter->restore();
+  }
+
+ private:
+  double Top(const QTextBlock& block) const {
+    const double first_line = block.layout()->lineCount() > 0 ? block.layout()->lineAt(0).y() : 0;
+    return text_.documentLayout()->blockBoundingRect(block).top() + first_line + 1;
+  }
+
+  int PageOf(const QTextBlock& block) const { return static_cast<int>(Top(block) / page_.height()); }
+
+  QPdfWriter* device_;
+  QSizeF page_;
+  QTextDocument text_;
+};
+
+QString Body(const std::vector<Chapter>& chapters) {
+  QString html;
+  for (const Chapter& chapter : chapters) {
+    html += QString::fromStdString(chapter.html);
+  }
+  // The rich-text engine takes table lines from attributes and knows no quotation's border.
+  // The first page is new anyway.
+  html.replace(html.indexOf("<h1"), 3, "<h1 style=\"page-break-before: auto;\"");
+  html.replace("<table>", "<table width=\"100%\" border=\"0\" cellspacing=\"0\" cellpadding=\"4\">");
+  html.replace("<th>", "<th align=\"left\" style=\"background-color: #e6eff5;\">");
+  html.replace("<td>", "<td style=\"border-bottom: 1px solid #d3dde5;\">");
+  return html;
+}
+
+QString ContentsHtml(const std::vector<Chapter>& chapters, const std::vector<int>& pages) {
+  QString html =
+      "<p style=\"font-size: 19pt; font-weight: bold; color: #1f6391; margin-bottom: 14px;\">Cuprins</p>"
+      "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"1\">";
+  std::size_t index = 0;
+  for (const Chapter& chapter : chapters) {
+    for (const Heading& heading : chapter.headings) {
+      const int page = index < pages.size() ? pages[index] : 0;
+      ++index;
+      if (heading.level > 2) {
+        continue;
+      }
+      const QString title = QString::fromStdString(heading.number + "&#160;&#160;" + heading.html);
+      html += heading.level == 1
+                  ? "<tr><td style=\"padding-top: 7px;\"><b>" + title +
+                        "</b></td><td align=\"right\" style=\"padding-top: 7px;\"><b>"
+                  : "<tr><td style=\"padding-left: 18px;\">" + title + "</td><td align=\"right\">";
+      html += QString::number(page) + (heading.level == 1 ? "</b></td></tr>" : "</td></tr>");
+    }
+  }
+  return html + "</table>";
+}
+
+class Printer {
+ public:
+  Printer(const Booklet& booklet, QPdfWriter* device)
+      : booklet_(booklet), device_(device), painter_(device) {}
+
+  // False when the device cannot be written.
+  bool Print() {
+    if (!painter_.isActive()) {
+      return false;
+    }
+    const double margin = Mm(kMarginMm);
+    const QSizeF sheet(device_->width(), device_->height());
+    const QSizeF room(sheet.width() - 2 * margin, sheet.height() - 2 * margin);
+    Flow body(device_, room);
+    body.SetHtml(Body(booklet_.chapters));
+    body.KeepHeadingsWithText();
+
+    // The contents' own length moves the pages it names, but not the other way round.
+    std::vector<int> pages = body.HeadingPages();
+    Flow contents(device_, room);
+    contents.SetHtml(ContentsHtml(booklet_.chapters, pages));
+    const int before = 1 + contents.PageCount();
+    for (int& page : pages) {
+      page += before + 1;
+    }
+    contents.SetHtml(ContentsHtml(booklet_.chapters, pages));
+
+    TitlePage(sheet);
+    int number = 1;
+    for (int page = 0; page < contents.PageCount(); ++page) {
+      NewPage(sheet, ++number, "Cuprins");
+      contents.Paint(&painter_, {margin, margin}, page);
+    }
+    for (int page = 0; page < body.PageCount(); ++page) {
+      ++number;
+      NewPage(sheet, number, ChapterOn(number, pages));
+      body.Paint(&painter_, {margin, margin}, page);
+    }
+    return painter_.end();
+  }
+
+ private:
+  double Mm(double mm) const { return mm / 25.4 * device_->resolution(); }
+
+  void Write(const QRectF& where, int flags, double points, const QColor& color, const QString& text,
+             bool bold = false) {
+    QFont font(kFont);
+    font.setPointSizeF(points);
+    font.setBold(bold);
+    painter_.setFont(font);
+    painter_.setPen(color);
+    painter_.drawText(where, flags, text);
+  }
+
+  void TitlePage(const QSizeF& sheet) {
+    const double left = Mm(30);
+    const double width = sheet.width() - 2 * left;
+    QSvgRenderer icon(booklet_.icon);
+    icon.render(&painter_, QRectF(left, Mm(60), Mm(24), Mm(24)));
+    Write({left, Mm(96), width, Mm(22)}, Qt::AlignLeft | Qt::AlignVCenter, 40, kAccent, "Declarix", true);
+    Write({left, Mm(118), width, Mm(12)}, Qt::AlignLeft | Qt::AlignVCenter, 20, Qt::black,
+          "Manual de utilizare");
+    Write({left, Mm(131), width, Mm(8)}, Qt::AlignLeft | Qt::AlignVCenter, 12, kFaint,
+          "Declarații statistice INTRASTAT pentru firmele din România");
+    painter_.fillRect(QRectF(left, Mm(146), Mm(40), Mm(0.8)), kAccent);
+    Write({left, Mm(152), width, Mm(8)}, Qt::AlignLeft | Qt::AlignVCenter, 11, kFaint,
+          "Versiunea " + QString::fromStdString(booklet_.version));
+  }
+
+  void NewPage(const QSizeF& sheet, int number, const QString& head) {
+    device_->newPage();
+    const double margin = Mm(kMarginMm);
+    const QRectF line(margin, 0, sheet.width() - 2 * margin, Mm(6));
+    Write(line.translated(0, Mm(kRunningMm) - Mm(3)), Qt::AlignLeft | Qt::AlignVCenter, 8, kFaint, head);
+    Write(line.translated(0, sheet.height() - Mm(kRunningMm) - Mm(3)), Qt::AlignLeft | Qt::AlignVCenter, 8,
+          kFaint, "Declarix · Manual de utilizare");
+    Write(line.translated(0, sheet.height() - Mm(kRunningMm) - Mm(3)), Qt::AlignRight | Qt::AlignVCenter, 8,
+          kFaint, QString::number(number));
+  }
+
+  QString ChapterOn(int number, const std::vector<int>& pages) const {
+    QString found;
+    std::size_t index = 0;
+    for (const Chapter& chapter : booklet_.chapters) {
+      for (const Heading& heading : chapter.headings) {
+        if (heading.level == 1 && index < pages.size() && pages[index] <= number) {
+          found = QString::fromStdString(heading.number + "  " + heading.html);
+        }
+        ++index;
+      }
+    }
+    return found;
+  }
+
+  const Booklet& booklet_;
+  QPdfWriter* device_;
+  QPainter painter_;
+};
+
+}  // namespace
+
+bool WritePdf(const Booklet& booklet, const QString& file) {
+  QPdfWriter device(file);
+  device.setTitle("Declarix – Manual de utilizare");
+  device.setCreator("Declarix");
+  device.setPageSize(QPageSize(QPageSize::A4));
+  device.setPageMargins(QMarginsF(0, 0, 0, 0));
+  device.setResolution(600);
+  Printer printer(booklet, &device);
+  return printer.Print();
+}
+
+}  // namespace manual

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace manual {
+
+struct Heading {
+  int level;           // 1 the chapter, 2 a section, …
+  std::string id;      // anchor, unique over the whole manual
+  std::string number;  // "3" or "3.2"; empty from level 3 on
+  std::string html;    // the title, inline markup included
+};
+
+// One Markdown file. Its headings are written "## Titlu {#anchor}"; screens have their object name as anchor,
+// so that the program can open the manual at the screen in front.
+struct Chapter {
+  std::string html;  // well-formed fragment, headings with id and number
+  std::vector<Heading> headings;
+};
+
+// Throws std::runtime_error when the file cannot be read or a heading of level 1 or 2 has no anchor. `number`
+// 0 leaves headings unnumbered.
+Chapter ReadChapter(const std::filesystem::path& file, int number);
+
+// Links inside the manual that lead nowhere and anchors given twice, one line each.
+std::vector<std::string> FindBrokenLinks(const std::vector<Chapter>& chapters);
+
+}  // namespace manual
