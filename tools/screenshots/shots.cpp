@@ -1,0 +1,75 @@
+#include "companies/screens/company.h"
+#include "companies/screens/company_list.h"
+#include "companies/screens/defaults.h"
+#include "desk.h"
+#include "ui/progress.h"
+#include "ui/prompter.h"
+
+namespace screenshots {
+namespace {
+
+void MessageBox(Desk& desk) {
+  desk.GrabModal([] {
+    ui::QtPrompter().Message("Exista deja firma cu codul fiscal : RO123456", "EROARE",
+                             platform::Icon::kCritical);
+  });
+}
+
+void Question(Desk& desk) {
+  desk.GrabModal(
+      [] {
+        ui::QtPrompter().Ask(
+            "Fisierul :C:\\Declarix\\System\\DataBase\\RO123456.mdb EXISTA DEJA. RESCRIETI SI PIERDETI "
+            "DATELE AFERENTE ?",
+            "RASPUNDETI", platform::Icon::kQuestion);
+      },
+      QStringLiteral("intrebare"));
+}
+
+void ProgressBox(Desk& desk) {
+  ui::QtProgress progress;
+  const ui::LongRun run(progress, QStringLiteral("Preluare fisier excel"), ui::Stopping::kPossible);
+  QElapsedTimer since;
+  since.start();
+  while (since.elapsed() < 500) {
+    progress.Update("Se preiau liniile din foaia Achizitii", 42);
+    progress.Status("Linia 27.300 din 65.000");
+  }
+  desk.Grab(*QApplication::activeModalWidget());
+}
+
+void EmptyCompanyList(Desk& desk) {
+  desk.Common("DELETE FROM Firme");
+  desk.Shoot<companies::Frm_Firme>(QStringLiteral("fara_firme"));
+}
+
+void FilledCompany(Desk& desk) {
+  desk.Common(
+      "UPDATE Firme SET Adresa_Firma='Str. Exemplului nr. 12, bl. A3, ap. 7', Oras_Firma='Cluj-Napoca', "
+      "Judet_Firma='CLUJ', CodPostal_Firma='400001', Tel_Firma='0264 000 000', Fax_Firma='0264 000 001', "
+      "Email_Firma='contabilitate@proba.example', Reg_No_Firma='J12/345/2004', "
+      "Persoana_Intrastat='Persoana de Contact', Persoana_Functie='Contabil sef'");
+  desk.Shoot<companies::Frm_Firma>(QStringLiteral("modificare"));
+}
+
+void NewCompany(Desk& desk) {
+  desk.session().creation_mode = true;
+  desk.Shoot<companies::Frm_Firma>(QStringLiteral("creare"));
+}
+
+}  // namespace
+
+std::vector<Shot> Shots() {
+  return {
+      {"Mesaj", MessageBox},
+      {"Mesaj", Question},
+      {"Frm_Progres", ProgressBox},
+      {"Frm_Firme", [](Desk& desk) { desk.AddCompanies(), desk.Shoot<companies::Frm_Firme>(); }},
+      {"Frm_Firme", EmptyCompanyList},
+      {"Frm_Firma", NewCompany},
+      {"Frm_Firma", FilledCompany},
+      {"Frm_Firma_Default", [](Desk& desk) { desk.Shoot<companies::Frm_Firma_Default>(); }},
+  };
+}
+
+}  // namespace screenshots
