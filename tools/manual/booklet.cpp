@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kMarginMm = 22;
 constexpr double kRunningMm = 12;      // of the running head and the page number from the page's edge
-constexpr double kLastHeading = 0.88;  // part of the page below which a heading moves on
+constexpr double kLastHeading = 0.88;  // part of the page below which a heading needs two paragraphs with it
 constexpr char kFont[] = "DejaVu Sans";
 const QColor kAccent(0x1f, 0x63, 0x91);
 const QColor kFaint(0x5b, 0x6b, 0x78);
@@ -53,13 +53,17 @@ class Flow {
         continue;
       }
       const double page = Top(block) / page_.height();
-      const QTextBlock next = block.next();
-      if (page - std::floor(page) < kLastHeading && (!next.isValid() || PageOf(next) == PageOf(block))) {
+      QTextBlock below = block.next();
+      if (page - std::floor(page) > kLastHeading && below.next().blockFormat().headingLevel() == 0) {
+        below = below.next();
+      }
+      if (!below.isValid() || PageOf(below) == PageOf(block)) {
         continue;
       }
       QTextBlockFormat format = block.blockFormat();
       format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
       QTextCursor(block).setBlockFormat(format);
+      text_.setPageSize(page_);  // lays out anew; laying out only what follows leaves gaps
     }
   }
 
