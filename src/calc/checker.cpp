@@ -5,33 +5,12 @@
 #include "calc/checked_lines.h"
 #include "calc/checker_rules.h"
 #include "calc/rounding/rounding.h"
+#include "declarations/lines/line_query.h"
 #include "platform/encoding.h"
 #include "tariff/lookup.h"
 
 namespace calc {
 namespace {
-
-struct LineQuery {
-  std::string select;
-  std::string tail;
-};
-
-/// The installation may replace the line query: first line the SELECT, second line what follows the filter;
-/// a missing line is empty.
-LineQuery ReadLineQuery(session::Session& session) {
-  LineQuery query{std::string("SELECT ") + declarations::kCheckerColumns + " FROM INTRASTAT",
-                  " ORDER BY Record_ID"};
-  const std::string path = session.UnderSystem("SQL\\Verificare.txt");
-  if (!session.host.files.Exists(path)) return query;
-  try {
-    std::vector<std::string> lines = platform::SplitLines(session.host.files.Read(path));
-    lines.resize(2);
-    query = {std::move(lines[0]), std::move(lines[1])};
-  } catch (const platform::FileError& error) {
-    session.host.errors.Write("Verifica_Declaratie", error.what());
-  }
-  return query;
-}
 
 int Percent(std::int64_t ordinal, std::int64_t count) {
   return static_cast<int>(Round(static_cast<double>(ordinal) * 100 / static_cast<double>(count), 0));
@@ -169,9 +148,9 @@ bool Verifica_Declaratie(session::Session& session, const std::string& TIP, std:
     const tariff::LookupRun lookups(session);
     store::Transaction transaction(session.company);
     session.company.Execute("UPDATE Intrastat SET Probleme=0" + filter);
-    const LineQuery query = ReadLineQuery(session);
-    CheckedLines lines(session.company.QueryForUpdate(query.select + filter + query.tail),
-                       session.host.errors);
+    const declarations::LineQuery query = declarations::ReadLineQuery(
+        session, "SQL\\Verificare.txt", declarations::kCheckerColumns, "Verifica_Declaratie");
+    CheckedLines lines(session.company.QueryForUpdate(query.With(filter)), session.host.errors);
     RefreshPass(session, context, lines);
     text = ReportHeader(session.host.clock.Now(), context.identity);
     const std::size_t header_size = text.size();
