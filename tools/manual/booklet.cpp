@@ -1,13 +1,14 @@
 #include "booklet.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QFontMetricsF>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QRegularExpression>
 #include <QSvgRenderer>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <cmath>
+#include <map>
 
 namespace manual {
 namespace {
@@ -15,6 +16,7 @@ namespace {
 constexpr double kMarginMm = 22;
 constexpr double kRunningMm = 12;      // of the running head and the page number from the page's edge
 constexpr double kLastHeading = 0.88;  // part of the page below which a heading needs two paragraphs with it
+constexpr int kMostRounds = 5;
 constexpr char kFont[] = "DejaVu Sans";
 const QColor kAccent(0x1f, 0x63, 0x91);
 const QColor kFaint(0x5b, 0x6b, 0x78);
@@ -104,14 +106,39 @@ class Flow {
   QTextDocument text_;
 };
 
-QString Body(const std::vector<Chapter>& chapters) {
+// Paper has no links: the page number stands behind the words instead.
+QString WithPages(const QString& html, const std::map<QString, int>& page_of) {
+  static const QRegularExpression link(R"re(<a href="(?:Manual\.Html)?#([^"]*)">(.*?)</a>)re");
+  QString out;
+  qsizetype done = 0;
+  for (auto it = link.globalMatch(html); it.hasNext();) {
+    const QRegularExpressionMatch match = it.next();
+    const auto page = page_of.find(match.captured(1));
+    out += html.mid(done, match.capturedStart() - done);
+    out += "<span style=\"color: #1f6391;\">" + match.captured(2) +
+           "</span>&#160;<span style=\"color: #5b6b78;\">[" +
+           QString::number(page == page_of.end() ? 0 : page->second) + "]</span>";
+    done = match.capturedEnd();
+  }
+  return out + html.mid(done);
+}
+
+// `pages` as Flow::HeadingPages gives them, in the booklet's own count; may be empty.
+QString Body(const std::vector<Chapter>& chapters, const std::vector<int>& pages) {
   QString html;
+  std::map<QString, int> page_of;
+  std::size_t index = 0;
   for (const Chapter& chapter : chapters) {
     html += QString::fromStdString(chapter.html);
+    for (const Heading& heading : chapter.headings) {
+      page_of[QString::fromStdString(heading.id)] = index < pages.size() ? pages[index] : 0;
+      ++index;
+    }
   }
-  // The rich-text engine takes table lines from attributes and knows no quotation's border.
+  html = WithPages(html, page_of);
   // The first page is new anyway.
   html.replace(html.indexOf("<h1"), 3, "<h1 style=\"page-break-before: auto;\"");
+  // The rich-text engine takes table lines from attributes.
   html.replace("<table>", "<table width=\"100%\" border=\"0\" cellspacing=\"0\" cellpadding=\"4\">");
   html.replace("<th>", "<th align=\"left\" style=\"background-color: #e6eff5;\">");
   html.replace("<td>", "<td style=\"border-bottom: 1px solid #d3dde5;\">");
@@ -138,7 +165,9 @@ QString ContentsHtml(const std::vector<Chapter>& chapters, const std::vector<int
       html += QString::number(page) + (heading.level == 1 ? "</b></td></tr>" : "</td></tr>");
     }
   }
-  return html + "</table>";
+  return html +
+         "</table><p style=\"color: #5b6b78; margin-top: 16px;\">În text, numerele dintre paranteze drepte "
+         "sunt pagini.</p>";
 }
 
 class Printer {
@@ -155,18 +184,22 @@ class Printer {
     const QSizeF sheet(device_->width(), device_->height());
     const QSizeF room(sheet.width() - 2 * margin, sheet.height() - 2 * margin);
     Flow body(device_, room);
-    body.SetHtml(Body(booklet_.chapters));
-    body.KeepHeadingsWithText();
-
-    // The contents' own length moves the pages it names, but not the other way round.
-    std::vector<int> pages = body.HeadingPages();
     Flow contents(device_, room);
-    contents.SetHtml(ContentsHtml(booklet_.chapters, pages));
-    const int before = 1 + contents.PageCount();
-    for (int& page : pages) {
-      page += before + 1;
+    // The page numbers stand in the text itself and may move it, so it is laid out until they hold still.
+    std::vector<int> pages;
+    for (int round = 0; round < kMostRounds; ++round) {
+      body.SetHtml(Body(booklet_.chapters, pages));
+      body.KeepHeadingsWithText();
+      contents.SetHtml(ContentsHtml(booklet_.chapters, pages));
+      std::vector<int> found = body.HeadingPages();
+      for (int& page : found) {
+        page += 1 + contents.PageCount() + 1;
+      }
+      if (found == pages) {
+        break;
+      }
+      pages = std::move(found);
     }
-    contents.SetHtml(ContentsHtml(booklet_.chapters, pages));
 
     TitlePage(sheet);
     int number = 1;
