@@ -2,6 +2,8 @@
 
 #include <QAbstractTableModel>
 #include <QString>
+#include <functional>
+#include <string>
 #include <vector>
 
 #include "store/recordset.h"
@@ -32,10 +34,12 @@ class GridModel : public QAbstractTableModel {
 
   virtual int Rows() const = 0;
   virtual store::Value ValueAt(int row, int column) const = 0;
-  /// A cell as typed. False: refused, which has been shown; the cell keeps what it had.
+  /// A cell as typed; a tick as "1" or "0". False: refused, which has been shown (by Refuse or otherwise);
+  /// the cell keeps what it had. May throw store::Error, which the grid shows.
   virtual bool SetTextAt(int row, int column, const QString& text);
   virtual bool CanEdit(int row, int column) const;
   /// What is wrong with a row (column -1) or a cell; shown as a mark in the margin, a tint and a tooltip.
+  /// Asked for every cell painted.
   virtual QString ProblemAt(int row, int column) const;
   /// A picture before a cell's text; a name of ui::Icon.
   virtual QString PictureAt(int row, int column) const;
@@ -44,6 +48,7 @@ class GridModel : public QAbstractTableModel {
   virtual void SortBy(int column, Qt::SortOrder order);
   /// First row from `from` on (wrapping) whose column's text begins with `text`, without regard to case; -1.
   virtual int FindText(int column, const QString& text, int from) const;
+  virtual bool CanSearch(int column) const;
 
   // QAbstractTableModel on top of the above
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -53,6 +58,14 @@ class GridModel : public QAbstractTableModel {
   Qt::ItemFlags flags(const QModelIndex& index) const override;
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
   void sort(int column, Qt::SortOrder order) override;
+
+ Q_SIGNALS:
+  void Refused(const QString& message);  ///< for the user; the grid shows it
+
+ protected:
+  const Column& column(int index) const { return columns_[static_cast<std::size_t>(index)]; }
+  /// Tells why a cell's text is not taken; false.
+  bool Refuse(const QString& message);
 
  private:
   std::vector<Column> columns_;
@@ -73,9 +86,13 @@ class RecordsetModel : public GridModel {
 
   int Rows() const override;
   store::Value ValueAt(int row, int column) const override;
+  /// Stores the cell with the row's Update.
+  bool SetTextAt(int row, int column, const QString& text) override;
   void SortBy(int column, Qt::SortOrder order) override;
   /// By the criterion [column] LIKE 'text*'.
   int FindText(int column, const QString& text, int from) const override;
+  /// The criterion suits texts only.
+  bool CanSearch(int column) const override;
 
  protected:
   int FieldOf(int column) const { return fields_[static_cast<std::size_t>(column)]; }
@@ -83,7 +100,8 @@ class RecordsetModel : public GridModel {
  private:
   void Bind();
   mutable store::Recordset rows_;
-  std::vector<int> fields_;
+  std::vector<int> fields_;  ///< of each column; -1: not in the recordset
+  std::string sort_;
 };
 
 }  // namespace ui

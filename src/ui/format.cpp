@@ -1,0 +1,96 @@
+#include "ui/format.h"
+
+#include <cmath>
+
+#include "platform/clock.h"
+#include "ui/text.h"
+
+namespace ui {
+namespace {
+
+int Decimals(Format format) { return format == Format::kRate ? 4 : format == Format::kAmount ? 2 : 0; }
+
+/// A half is shown rounded away from zero, judged by the decimal number that the double stands for: 2.675,
+/// stored a little below, shows as 2,68.
+QString Fixed(double number, int decimals, const QLocale& locale) {
+  if (std::abs(number) < 1e11) number = std::nextafter(number, number < 0 ? -HUGE_VAL : HUGE_VAL);
+  if (std::abs(number) * std::pow(10, decimals) < 0.5) number = 0;  // no "-0,00"
+  return locale.toString(number, 'f', decimals);
+}
+
+/// Digits in groups of three, as `group` divides them; empty where they are not.
+QString Ungrouped(const QString& whole, const QString& group) {
+  const QStringList parts = whole.split(group);
+  for (qsizetype i = 1; i < parts.size(); ++i) {
+    if (parts[i].size() != 3) return {};
+  }
+  return parts.size() > 1 && parts.front().isEmpty() ? QString() : parts.join(QString());
+}
+
+}  // namespace
+
+Format FormatByText(std::string_view format) {
+  if (format == "##,##0") return Format::kWhole;
+  if (format == "##,##0.00") return Format::kAmount;
+  if (format == "##,##0.0000") return Format::kRate;
+  return Format::kText;
+}
+
+QString Shown(const store::Value& value, Format format, const QLocale& locale) {
+  if (value.is_null() || format == Format::kTick) return {};
+  switch (format) {
+    case Format::kWhole:
+    case Format::kAmount:
+    case Format::kRate:
+      if (value.is_number()) return Fixed(value.ToDouble(), Decimals(format), locale);
+      break;
+    case Format::kDate:
+    case Format::kDateTime:
+      if (value.is_date()) {
+        const platform::LocalTime at = platform::FromSerial(value.ToDate().days);
+        const std::string day = fmt::format("{:02}.{:02}.{:04}", at.day, at.month, at.year);
+        return Q(format == Format::kDate ? day : fmt::format("{} {:02}:{:02}", day, at.hour, at.minute));
+      }
+      break;
+    default:
+      if (value.is_double()) return ForEditing(value, format, locale);
+      break;
+  }
+  return Q(value.ToText());
+}
+
+QString ForEditing(const store::Value& value, Format format, const QLocale& locale) {
+  if (format == Format::kTick) return value.ToBoolean() ? QStringLiteral("1") : QStringLiteral("0");
+  if (value.is_double()) return Q(store::DoubleText(value.ToDouble())).replace('.', locale.decimalPoint());
+  if (value.is_date()) return Shown(value, format == Format::kDateTime ? format : Format::kDate, locale);
+  return Q(value.ToText());
+}
+
+std::optional<double> ParseNumber(const QString& text, const QLocale& locale) {
+  QString number;
+  for (const QChar c : text) {
+    if (!c.isSpace()) number += c;
+  }
+  const QString mark = locale.decimalPoint(), group = locale.groupSeparator();
+  QString sign;
+  if (number.startsWith('-') || number.startsWith('+')) {
+    sign = number.left(1);
+    number.remove(0, 1);
+  }
+  const qsizetype at = number.indexOf(mark);
+  if (at >= 0) {
+    const QString whole = at == 0 ? QString() : Ungrouped(number.left(at), group);
+    if (at > 0 && whole.isEmpty()) return {};
+    number = whole + '.' + number.mid(at + mark.size());
+  } else if (number.count('.') != 1) {
+    number = Ungrouped(number, group);
+  }
+  if (number.isEmpty() || number == ".") return {};
+  return store::ParseNumber(Utf8(sign + number));
+}
+
+bool RightAligned(Format format) {
+  return format == Format::kWhole || format == Format::kAmount || format == Format::kRate;
+}
+
+}  // namespace ui
