@@ -9,21 +9,11 @@ namespace {
 
 constexpr double kReadable = 4.5;
 
-double Luminance(const QColor& colour) {
-  auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
 }  // namespace
 
 QColor Blend(const QColor& under, const QColor& over, double share) {
   auto mix = [share](int a, int b) { return static_cast<int>(std::lround(a + (b - a) * share)); };
   return {mix(under.red(), over.red()), mix(under.green(), over.green()), mix(under.blue(), over.blue())};
-}
-
-double Contrast(const QColor& a, const QColor& b) {
-  const double x = Luminance(a), y = Luminance(b);
-  return (std::max(x, y) + 0.05) / (std::min(x, y) + 0.05);
 }
 
 Paint Washed(const Paint& paint, const QColor& wash, double share) {

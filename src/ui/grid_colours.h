@@ -23,8 +23,6 @@ struct GridColours {
 
 /// `over` laid on `under`, 0 to 1 thick.
 QColor Blend(const QColor& under, const QColor& over, double share);
-/// Contrast of two colours, 1 to 21, by the relative luminance of the accessibility guidelines (WCAG 2).
-double Contrast(const QColor& a, const QColor& b);
 /// The paint with a wash over its background; its text stays unless it could not be read any more.
 Paint Washed(const Paint& paint, const QColor& wash, double share);
 

@@ -25,5 +25,7 @@ bool WriteSpreadsheet(session::Session& session, const GridContent& content, con
 /// needs it), footer with the publisher's name and telephone, the user and the page "1 / 3". Works on a
 /// printer and into a PDF.
 bool PrintGrid(session::Session& session, const GridContent& content, QPrinter& printer);
+/// The same into a PDF file, which takes its place only when complete.
+bool WritePdf(session::Session& session, const GridContent& content, const std::string& windows_path);
 
 }  // namespace ui

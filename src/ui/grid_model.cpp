@@ -56,7 +56,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
     case Qt::EditRole:
       return ForEditing(ValueAt(row, at), format);
     case Qt::TextAlignmentRole:
-      return int{Qt::AlignVCenter | (RightAligned(format) ? Qt::AlignRight : Qt::AlignLeft)};
+      return QVariant(Qt::AlignVCenter | (RightAligned(format) ? Qt::AlignRight : Qt::AlignLeft));
     case Qt::CheckStateRole:
       if (format != Format::kTick) return {};
       return int{ValueAt(row, at).ToBoolean() ? Qt::Checked : Qt::Unchecked};
@@ -82,7 +82,8 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
   if (section < 0 || section >= columnCount()) return {};
   if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return column(section).caption;
   if (role == Qt::TextAlignmentRole) {
-    return int{Qt::AlignVCenter | (RightAligned(column(section).format) ? Qt::AlignRight : Qt::AlignLeft)};
+    return QVariant(Qt::AlignVCenter |
+                    (RightAligned(column(section).format) ? Qt::AlignRight : Qt::AlignLeft));
   }
   return {};
 }

@@ -55,6 +55,11 @@ std::uint32_t ToBgr(const QColor& colour) {
   return part(colour.red()) | (part(colour.green()) << 8) | (part(colour.blue()) << 16);
 }
 
+double Contrast(const QColor& a, const QColor& b) {
+  const double x = Luminance(a), y = Luminance(b);
+  return (std::max(x, y) + 0.05) / (std::min(x, y) + 0.05);
+}
+
 QColor ReadableOn(const QColor& background) {
   return Luminance(background) > 0.179 ? QColor(Qt::black) : QColor(Qt::white);
 }

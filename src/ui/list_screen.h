@@ -8,6 +8,7 @@
 
 class QHBoxLayout;
 class QLabel;
+class QPrinter;
 class QVBoxLayout;
 
 namespace ui {
@@ -32,6 +33,8 @@ class CommandRow : public QWidget {
   int end_ = 0;
 };
 
+class TotalsRow;
+
 /// The list skeleton: command row, search row (while searching), grid, status line with count, totals and the
 /// last message.
 class ListScreen : public Screen {
@@ -42,10 +45,13 @@ class ListScreen : public Screen {
   CommandRow* commands() { return commands_; }
   Grid* grid() { return grid_; }
 
-  /// Print (Ctrl+P), spreadsheet (Ctrl+E) and close for any list, after its own commands. `report_title`
-  /// heads the print.
-  void AddListCommands(const QString& report_title);
+  /// Search ("CmdCautare"), print ("CmdTiparire", Ctrl+P), spreadsheet ("CmdExcel", Ctrl+E) and close
+  /// ("CmdInchide") for any list, after its own commands. `report_title` heads the print. A screen whose list
+  /// has a search of its own leaves ours out.
+  enum class Search { kInGrid, kOwn };
+  void AddListCommands(const QString& report_title, Search search = Search::kInGrid);
 
+  /// Does not own the model.
   void SetModel(GridModel* model);
   /// "  Total Inregistrari :  " by default; the count is put after it.
   void SetCountCaption(const QString& caption);
@@ -55,18 +61,36 @@ class ListScreen : public Screen {
 
   /// A widget between the command row and the grid.
   void AddAboveGrid(QWidget* widget);
+  /// Totals under the columns; made at the first call.
+  TotalsRow* totals_row();
 
+  /// Asks where to: a printer or a PDF file.
   void Print();
+  bool PrintTo(QPrinter& printer);
+  bool SavePdf(const std::string& windows_path);
+  /// Asks for the file.
   void ExportSpreadsheet();
+  bool SaveSpreadsheet(const std::string& windows_path);
 
  private:
+  /// A file name made of the window's title, in the folder that the settings name for saving; empty where the
+  /// user gives up.
+  std::string AskForFile(const QString& caption, const QString& filter, const QString& extension);
+  /// Tells what was written, with a link that opens it.
+  void ShowFile(const std::string& windows_path);
+
   CommandRow* commands_ = nullptr;
   Grid* grid_ = nullptr;
   QVBoxLayout* above_ = nullptr;
   QLabel* count_ = nullptr;
   QLabel* totals_ = nullptr;
   QLabel* status_ = nullptr;
-  QLabel* search_ = nullptr;
+  QWidget* search_row_ = nullptr;
+  QLabel* search_column_ = nullptr;
+  QLabel* search_text_ = nullptr;
+  QVBoxLayout* middle_ = nullptr;
+  TotalsRow* totals_row_ = nullptr;
+  std::string written_;  ///< Windows path behind the status line's link
   QString count_caption_, report_title_;
 };
 
