@@ -27,11 +27,11 @@ TEST_F(EditorTest, TheFilterShowsSomeLinesAndTheTotalsOfAll) {
   AddLine({{"Descriere", "a"}}, "O");
   Editor& editor = Open();
   const std::pair<Condition, int> kCases[] = {{{"Descriere", "IS NOT NULL", ""}, 2},
-                                               {{"Descriere", "IS NULL", ""}, 2},
-                                               {{"Net", "= Valoare", "1,5"}, 1},
-                                               {{"DataReceptiei", "> #Valoare#", "02.03.2026"}, 1},
-                                               {{"Descriere", "LIKE '%Valoare%'", "A"}, 1},
-                                               {Condition{}, 3}};
+                                              {{"Descriere", "IS NULL", ""}, 2},
+                                              {{"Net", "= Valoare", "1,5"}, 1},
+                                              {{"DataReceptiei", "> #Valoare#", "02.03.2026"}, 1},
+                                              {{"Descriere", "LIKE '%Valoare%'", "A"}, 1},
+                                              {Condition{}, 3}};
   for (const auto& [condition, rows] : kCases) {
     EXPECT_TRUE(editor.Filter(condition));
     EXPECT_EQ(editor.row_count(), rows) << condition.CmbColoanaWhere << condition.TXT_SemnExpresie;
