@@ -35,7 +35,10 @@ void ProgramCommands::UpdateRates() {
 
 void ProgramCommands::Exit() {
   if (std::exchange(exiting_, true)) return;
-  surroundings_->CloseScreens();
+  if (!surroundings_->CloseScreens()) {
+    exiting_ = false;
+    return;
+  }
   session::CompactOnExit(*session_);
   surroundings_->EndProcess();
 }

@@ -19,8 +19,9 @@ class ProgramCommands {
   void Update();  ///< asks the server for a newer version, says so where there is none, offers it where it is
   void OpenManual();  ///< the manual beside the executable
   void UpdateRates();
-  /// The exit action, for every way of closing the main window: closes the screens, releases the connections,
-  /// compacts, ends. Closing the screens may come back here; the second call does nothing.
+  /// The exit action, for every way of closing the main window: closes the screens (nothing more happens
+  /// where one of them stays), releases the connections, compacts, ends. Closing the screens may come back
+  /// here; the second call does nothing.
   void Exit();
 
  private:

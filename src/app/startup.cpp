@@ -22,7 +22,7 @@ constexpr FoundFolder kFoundFolders[] = {
     {"DataBase", "Declarix\\System\\DataBase\\"},
     {"ReportDefinitionPath", "Declarix\\System\\ReportDefinition\\"},
     {"System", "Declarix\\System\\"},
-    {"DirectorSalvare", "Declarix\\System\\DeclaratiiXML"},
+    {"DirectorSalvare", "Declarix\\System\\DeclaratiiXML\\"},
 };
 
 }  // namespace

@@ -24,7 +24,8 @@ class Surroundings {
 
   /// Shows the screen in place of the one before it and returns; the shell's message loop runs afterwards.
   virtual void OpenScreen(Screen screen) = 0;
-  virtual void CloseScreens() = 0;
+  /// False where a screen holds unsaved work and the user stays with it.
+  virtual bool CloseScreens() = 0;
 
   /// "0" where no newer version is offered or the check failed, else the newer version. `interactive` says
   /// so too when there is none.

@@ -24,9 +24,10 @@ class RecordedSurroundings : public app::Surroundings {
     constexpr const char* kNames[] = {"creation", "selection", "main window"};
     calls.emplace_back(kNames[static_cast<int>(screen)]);
   }
-  void CloseScreens() override {
+  bool CloseScreens() override {
     calls.emplace_back("no screens");
     if (on_close) on_close();
+    return screens_close;
   }
   std::string CheckVersion(bool interactive) override {
     calls.emplace_back(interactive ? "ask version" : "check version");
@@ -49,6 +50,7 @@ class RecordedSurroundings : public app::Surroundings {
   std::vector<std::string> roots;
   bool other_instance = false;
   bool elevates = true;
+  bool screens_close = true;
   std::string version = "0";
   std::function<void()> on_close;
   std::vector<std::string> calls;

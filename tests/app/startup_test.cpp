@@ -128,7 +128,7 @@ TEST_F(StartUpTest, DataOnAnotherDriveIsFoundAndRemembered) {
   EXPECT_EQ(Setting("DataBase"), "E:\\Declarix\\System\\DataBase\\");
   EXPECT_EQ(Setting("ReportDefinitionPath"), "E:\\Declarix\\System\\ReportDefinition\\");
   EXPECT_EQ(Setting("System"), "E:\\Declarix\\System\\");
-  EXPECT_EQ(Setting("DirectorSalvare"), "E:\\Declarix\\System\\DeclaratiiXML");
+  EXPECT_EQ(Setting("DirectorSalvare"), "E:\\Declarix\\System\\DeclaratiiXML\\");
   EXPECT_EQ(session.settings.DirectorSalvare, "E:\\Declarix\\System\\DeclaratiiXML\\");
   EXPECT_EQ(session.current.database_path, "E:\\Declarix\\System\\DataBase\\RO123456.mdb");
 }
