@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QMenuBar>
+#include <QScreen>
 #include <QUrl>
 
 #include "app/desktop/desktop.h"
@@ -77,6 +78,9 @@ MainWindow::MainWindow(Desktop& desktop) : desktop_(&desktop) {
   BuildPage();
   const QStringList kept = desktop.context().memory.Get(objectName(), QStringLiteral("marime")).split('x');
   resize(kept.size() == 2 ? QSize(kept[0].toInt(), kept[1].toInt()).expandedTo(kSmallest) : QSize(1200, 720));
+  const QRect room = screen()->availableGeometry();
+  resize(size().boundedTo(room.size()).expandedTo(kSmallest));
+  move(room.center() - rect().center());
 }
 
 void MainWindow::BuildMenu() {

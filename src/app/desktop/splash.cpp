@@ -17,7 +17,7 @@ QPixmap BackgroundPicture(session::Session& session, const std::string& program_
 }
 
 Splash::Splash(session::Session& session, const std::string& program_folder)
-    : QWidget(nullptr, Qt::SplashScreen | Qt::WindowStaysOnTopHint),
+    : QWidget(nullptr, Qt::SplashScreen),  // not on top: the start's messages come over it
       picture_(BackgroundPicture(session, program_folder)) {
   setObjectName(QStringLiteral("Frm_Splash"));
   setFixedSize(560, 320);
