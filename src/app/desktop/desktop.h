@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDialog>
 #include <QLockFile>
 #include <QPointer>
 #include <memory>
