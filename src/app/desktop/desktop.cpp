@@ -15,6 +15,7 @@
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
 #include "platform/download/download.h"
+#include "tariff/screens/reference_list.h"
 #include "ui/progress.h"
 #include "ui/text.h"
 #include "update/version_check.h"
@@ -58,6 +59,13 @@ void Desktop::BindCommands() {
   });
   commands_.Handle("SETARI_IMPLICITE", [this](const Command&) {
     companies::Frm_Firma_Default(context_, main_window_.get()).exec();
+  });
+  commands_.HandleViewers([this](const Command& command) {
+    OpenOnce(command.key, [&] {
+      tariff::ReferenceTable table{std::string(command.query), std::string(command.title), {}};
+      for (const std::string_view heading : command.headings) table.captions.emplace_back(heading);
+      return new tariff::Frm_Tabel(context_, table, main_window_.get());
+    });
   });
   commands_.Handle("AJUTOR_DESPRE",
                    [this](const Command&) { Frm_Despre(context_, main_window_.get()).exec(); });
