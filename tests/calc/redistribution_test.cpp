@@ -7,6 +7,13 @@
 #include "support/installation.h"
 #include "support/sample_lines.h"
 
+#ifndef _WIN32
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#endif
+
 namespace calc {
 namespace {
 
@@ -194,6 +201,19 @@ TEST_F(RedistributionTest, StoppingARunLeavesEverythingAsItWas) {
   EXPECT_FALSE(session().company.in_transaction());
 }
 
+TEST_F(RedistributionTest, ALockedFileStopsTheRunAtOnce) {
+  Line("I", {{"Factura_Numar", "F1"}});
+  NetRedistribution net{session(), kArrivals};
+  net.Choose(Redis_Mod_Cantitate, Redis_Op_Doc);
+  Enter(net, 0, {{"Redistribuie", true}, {"Total_GreutateNeta", 77.0}});
+  store::Connection other{session::StoreEnvironment(session())};
+  other.Open(store::JetString(session().current.database_path));
+  store::Transaction writing(other);
+  other.Execute("UPDATE Intrastat SET Probleme=1");
+  EXPECT_THROW(net.CmdAjustare(), store::Error) << "no closing message for a run that could not begin";
+  EXPECT_FALSE(session().company.in_transaction());
+}
+
 TEST_F(RedistributionTest, NetMassFollowsQuantityOrValue) {
   std::vector<std::int64_t> ids;
   for (const char* code : {"84713000", "84713000", "84713000", "85044090"}) {
@@ -288,6 +308,46 @@ TEST_F(RedistributionTest, ManyGroupsGiveWhatFewDo) {
   // The name is free again.
   EXPECT_EQ(at_.Run("CREATE INDEX Redistribuire ON Intrastat (Anul)"), 0);
 }
+
+#ifndef _WIN32
+/// Ends the process near the end of the run.
+class KillingProgress : public platform::SilentProgress {
+ public:
+  void Update(std::string_view, int percent) override {
+    if (percent >= 90) raise(SIGKILL);
+  }
+};
+
+TEST_F(RedistributionTest, AKilledRunLeavesTheStateBeforeIt) {
+  for (int i = 0; i < 20; ++i) {
+    Line("I", {{"Factura_Numar", "F" + std::to_string(i)}});
+  }
+  session().company.Close();
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    KillingProgress progress;
+    platform::Host host{at_.machine.files, at_.machine.clock, at_.machine.prompter, progress,
+                        at_.machine.errors};
+    session::Session own{host};
+    own.settings = session().settings;
+    session::OpenCompanyConnection(own, session().current.database_path);
+    TransportRedistribution transport{own, kArrivals};
+    transport.Choose(Redis_Mod_Cantitate, Redis_Op_Doc);
+    for (std::int64_t row = 0; row < 20; ++row) {
+      Enter(transport, row, {{"Redistribuie", true}, {"Total_Transport_Suma", 8.0}});
+    }
+    transport.CmdAjustare();
+    _exit(1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFSIGNALED(status));
+  session::OpenCompanyConnection(session(), session().current.database_path);
+  EXPECT_EQ(at_.Get("SELECT COUNT(*) FROM Intrastat WHERE Val_Stat=110 AND Transport_Suma IS NULL"), 20);
+  EXPECT_EQ(at_.Run("CREATE INDEX Redistribuire ON Intrastat (Anul)"), 0) << "no index of the run is left";
+}
+#endif
 
 }  // namespace
 }  // namespace calc

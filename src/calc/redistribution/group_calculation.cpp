@@ -163,8 +163,15 @@ std::vector<std::int64_t> GroupCalculation::TakenRows(store::Recordset& row) con
 std::vector<GroupFigures> GroupCalculation::Preview() {
   rows_.Update();
   store::Recordset row = InListOrder(rows_);
+  const std::vector<std::int64_t> taken = TakenRows(row);
+  // The index of the run serves here too; it is rolled back with everything else.
+  std::optional<store::Transaction> rolled_back;
+  if (!session_.company.in_transaction() && IndexPays(taken.size())) {
+    rolled_back.emplace(session_.company);
+    CreateIndex();
+  }
   std::vector<GroupFigures> figures;
-  for (const std::int64_t at : TakenRows(row)) {
+  for (const std::int64_t at : taken) {
     row.set_position(at);
     figures.push_back(Measure(row, false));
   }
@@ -229,6 +236,8 @@ RunReport GroupCalculation::RunAll() {
   const std::vector<std::int64_t> taken = TakenRows(row);
   RunReport report;
   store::Transaction transaction(session_.company);
+  // Takes the file's lock: one that cannot be written stops here, not after waiting for it at every group.
+  session_.company.Execute("UPDATE Intrastat SET TIP=TIP WHERE Record_ID=0");
   const bool indexed = IndexPays(taken.size()) && CreateIndex();
   for (const std::int64_t at : taken) {
     row.set_position(at);

@@ -49,7 +49,8 @@ struct RunReport {
 /// stays there until CmdAjustare. A run is one transaction; a failing statement is logged and the run goes on
 /// with the next group. All numbers in statements carry a decimal point in any locale.
 ///
-/// Load, Preview and the run's begin and commit throw store::Error (file gone, locked or full).
+/// Load and the run's begin and commit throw store::Error (file gone, locked, read-only or full); nothing is
+/// changed then and no closing message shown.
 class GroupCalculation {
  public:
   GroupCalculation(session::Session& session, declarations::Identity identity);
