@@ -39,6 +39,7 @@ class ItemReader {
   explicit ItemReader(const store::Recordset& rows) : rows_(&rows) {
     for (std::size_t i = 0; i < kTexts.size(); ++i) texts_[i] = rows.FindField(kTexts[i].first);
     for (std::size_t i = 0; i < kNumbers.size(); ++i) numbers_[i] = rows.FindField(kNumbers[i].first);
+    pozitia_ = rows.FindField("Pozitia");
   }
 
   Item Current() {
@@ -47,6 +48,7 @@ class ItemReader {
     for (std::size_t i = 0; i < kNumbers.size(); ++i) {
       if (numbers_[i] >= 0) item.*kNumbers[i].second = rows_->Get(numbers_[i]).ToDouble();
     }
+    if (pozitia_ >= 0) item.Pozitia = rows_->Get(pozitia_).ToInteger();
     return item;
   }
 
@@ -81,6 +83,7 @@ class ItemReader {
   const store::Recordset* rows_;
   std::array<int, kTexts.size()> texts_{};
   std::array<int, kNumbers.size()> numbers_{};
+  int pozitia_ = -1;
   std::array<std::string, kTexts.size()> scratch_;
 };
 

@@ -86,25 +86,34 @@ void Review::LookAt(const CodeVersions& versions) {
 }
 
 void Review::LookAt(const Item& item, int order, bool with_statistical_value, bool with_partner) {
-  const auto add = [&](std::string what) {
-    Add("pozitia " + std::to_string(order) + " (" + std::string(item.Cod_NC) + ")", std::move(what));
+  const auto add = [&](std::string_view column, std::string what) {
+    findings_.push_back({.where = fmt::format("pozitia {} ({})", order, item.Cod_NC),
+                         .what = std::move(what),
+                         .Record_ID = item.Pozitia,
+                         .column = std::string(column)});
   };
-  const auto whole_above_0 = [&](std::string_view name, double value) {
-    if (calc::WholeNumber(value) <= 0) add(std::string(name) + " ar fi 0 sau negativa dupa rotunjire");
+  const auto whole_above_0 = [&](std::string_view column, std::string_view name, double value) {
+    if (calc::WholeNumber(value) <= 0)
+      add(column, std::string(name) + " ar fi 0 sau negativa dupa rotunjire");
   };
-  if (!AllDigits(item.Cod_NC, 8)) add("codul vamal nu are opt cifre");
-  whole_above_0("valoarea fiscala", item.Val_Fiscala1);
-  if (with_statistical_value) whole_above_0("valoarea statistica", item.Val_Stat1);
-  whole_above_0("masa neta", item.Net1);
-  if (!store::IsEmpty(item.Cod_UMS)) whole_above_0("cantitatea suplimentara", item.Val_UMS1);
+  if (!AllDigits(item.Cod_NC, 8)) add("Cod_NC", "codul vamal nu are opt cifre");
+  whole_above_0("Val_Fiscala", "valoarea fiscala", item.Val_Fiscala1);
+  if (with_statistical_value) whole_above_0("Val_Stat", "valoarea statistica", item.Val_Stat1);
+  whole_above_0("Net", "masa neta", item.Net1);
+  if (!store::IsEmpty(item.Cod_UMS)) whole_above_0("Val_UMS", "cantitatea suplimentara", item.Val_UMS1);
   // QV stands for a partner without a number.
   if (with_partner && (store::IsEmpty(item.Country_VAT_ID) ||
                        (store::IsEmpty(item.VAT_ID1) && item.Country_VAT_ID != "QV"))) {
-    add("codul de TVA al partenerului nu este complet");
+    add("VAT_ID", "codul de TVA al partenerului nu este complet");
   }
-  for (const std::string_view value : {item.VAT_ID1, item.Country_VAT_ID, item.Cod_UMS, item.Incoterms}) {
-    if (value.find_first_of("&<") != std::string_view::npos)
-      add("contine & sau <, fisierul nu ar fi XML valid");
+  const std::pair<std::string_view, std::string_view> texts[] = {{"VAT_ID", item.VAT_ID1},
+                                                                 {"VAT_ID", item.Country_VAT_ID},
+                                                                 {"Cod_UMS", item.Cod_UMS},
+                                                                 {"Incoterms", item.Incoterms}};
+  for (const auto& [column, value] : texts) {
+    if (value.find_first_of("&<") != std::string_view::npos) {
+      add(column, "contine & sau <, fisierul nu ar fi XML valid");
+    }
   }
 }
 

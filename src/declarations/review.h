@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,8 @@ namespace declarations {
 struct Finding {
   std::string where;  ///< the editor's field, or "pozitia 12 (84713000)"
   std::string what;
+  std::int64_t Record_ID = 0;  ///< items: their first line; 0 for the header
+  std::string column = {};     ///< items: the line's column to mend
 };
 
 /// "where: what", one line a finding; after `limit` lines only their number.
@@ -30,7 +33,9 @@ class Review {
   const std::vector<Finding>& findings() const { return findings_; }
 
  private:
-  void Add(std::string where, std::string what) { findings_.push_back({std::move(where), std::move(what)}); }
+  void Add(std::string where, std::string what) {
+    findings_.push_back({.where = std::move(where), .what = std::move(what)});
+  }
   void WellFormed(std::string_view where, std::string_view value);
   void TenDigits(std::string_view where, std::string_view fiscal_code);
 

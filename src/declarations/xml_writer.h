@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,6 +31,7 @@ struct Item {
   std::string_view Cod_NC, Nat_Tranz, Incoterms, Mod_Transp, Tara_Orig, Tara_Exp, Tara_Dest, Cod_UMS;
   std::string_view Country_VAT_ID, VAT_ID1;
   double Val_Fiscala1 = 0, Val_Stat1 = 0, Net1 = 0, Val_UMS1 = 0;
+  std::int64_t Pozitia = 0;  ///< Record_ID of its first line; not written
 };
 
 /// A version row: element names and values in their order.
