@@ -23,6 +23,8 @@ Editor::Editor(session::Session& session, const Identity& identity, Mode mode, s
 
 bool Editor::Open() {
   int month = identity().Luna, year = identity().Anul;
+  session_->Anul = year;
+  session_->Luna = month;
   tariff::ConexiuneTarif(*session_, month, year);  // refused: shown there, the earlier tariff serves
   try {
     const EditorDefaults defaults = ReadEditorDefaults(*session_);
@@ -43,6 +45,12 @@ bool Editor::Open() {
     }
   }
   return Load("");
+}
+
+bool Editor::Close() {
+  if (!SaveLine()) return false;
+  if (mode_ == Mode::kModify) WriteDeclaringAgent(*session_, request_.header);
+  return true;
 }
 
 std::string Editor::FileName() const {
@@ -67,12 +75,9 @@ bool Editor::Load(const std::string& condition_text) {
       provenance_ ? BuiltInLineQuery(kProvenanceColumns)
                   : ReadLineQuery(*session_, "SQL\\Intrastat.txt", kEditorColumns, "Frm_INTRASTAT");
   const std::string statement = query.With(filter + condition_text);
-  bool gone = false;
   try {
     store::Connection& company = session_->company;
     store::Recordset lines = can_edit() ? company.QueryForUpdate(statement) : company.Query(statement);
-    gone =
-        had_lines_ && lines.record_count() == 0 && !company.Any("SELECT Record_ID FROM INTRASTAT" + filter);
     const store::Recordset sums = company.Query(kTotalsSelect + filter);
     totals_ = {sums.Get(0).ToDouble(), sums.Get(1).ToDouble(), sums.Get(2).ToDouble(),
                sums.Get(3).ToDouble()};
@@ -95,12 +100,22 @@ bool Editor::Load(const std::string& condition_text) {
     }
   }
   reader_ = lines_;
-  had_lines_ = !gone && (had_lines_ || lines_.record_count() > 0);
-  if (gone) {
+  if (condition_text_.empty()) TellDeleted(lines_.record_count());
+  return true;
+}
+
+void Editor::TellDeleted(std::int64_t rows) {
+  const std::int64_t missing = expected_ - rows;
+  expected_ = rows;
+  if (missing <= 0) return;
+  if (rows == 0) {
     session_->host.prompter.Error("Declaratia " + Particulars() +
                                   " nu mai are nici o linie: a fost stearsa intre timp");
+  } else {
+    session_->host.prompter.Error(
+        fmt::format("Din declaratia {} {} intre timp", Particulars(),
+                    missing == 1 ? "s-a sters o linie" : fmt::format("s-au sters {} linii", missing)));
   }
-  return true;
 }
 
 bool Editor::Refresh() {
@@ -109,7 +124,17 @@ bool Editor::Refresh() {
   return Load("");
 }
 
-bool Editor::Filter(const Condition& condition) { return SaveLine() && Load(TextOf(condition)); }
+bool Editor::Filter(const Condition& condition) {
+  return IsComplete(condition) && SaveLine() && Load(TextOf(condition));
+}
+
+bool Editor::IsComplete(const Condition& condition) const {
+  if (condition.empty()) return true;
+  const bool no_column = condition.CmbColoanaWhere.empty(), no_sign = condition.TXT_SemnExpresie.empty();
+  if (no_column) platform::ShowRequired(session_->host.prompter, "Coloana conditie");
+  if (no_sign) platform::ShowRequired(session_->host.prompter, "Semn conditie");
+  return !no_column && !no_sign;
+}
 
 std::string Editor::TextOf(const Condition& condition) const {
   if (condition.empty()) return "";
@@ -222,12 +247,17 @@ int Editor::RowOf(std::int64_t Record_ID) const {
   return -1;
 }
 
+Editor::Cell Editor::CellOf(std::int64_t Record_ID, std::string_view field) {
+  Cell cell{.row = RowOf(Record_ID)};
+  if (cell.row < 0 && filtered() && Refresh()) cell.row = RowOf(Record_ID);
+  cell.column = ColumnOf(field);
+  return cell;
+}
+
 Editor::Cell Editor::Locate(const LineProblem& problem) {
-  Cell cell{.row = RowOf(problem.Record_ID)};
-  if (cell.row < 0 && filtered() && Refresh()) cell.row = RowOf(problem.Record_ID);
-  if (cell.row < 0) return cell;
-  cell.column = ColumnOf(problem.column);
-  if (!problem.column.empty()) return cell;
+  Cell cell = CellOf(problem.Record_ID, problem.column);
+  if (cell.row < 0 || !problem.column.empty()) return cell;
+  // The retired country stands in one of three columns.
   for (const std::string_view country : {"Tara_Exp", "Tara_Dest", "Tara_Orig"}) {
     const int column = ColumnOf(country);
     if (column >= 0 && ValueAt(cell.row, column).ToText() == "GB") {
@@ -236,6 +266,10 @@ Editor::Cell Editor::Locate(const LineProblem& problem) {
     }
   }
   return cell;
+}
+
+Editor::Cell Editor::Locate(const Finding& finding) {
+  return finding.Record_ID == 0 ? Cell() : CellOf(finding.Record_ID, finding.column);
 }
 
 bool Editor::Check(const calc::ShowProblems& show_problems) {
@@ -255,6 +289,23 @@ bool Editor::Check(const calc::ShowProblems& show_problems) {
   Reload();
   if (!fine && show_problems) show_problems(path);
   return fine;
+}
+
+ExportResult Editor::Export(ExportCallbacks callbacks) {
+  if (RefuseWriting() || !SaveLine()) return {ExportOutcome::kGivenUp, ""};
+  const calc::ShowProblems show_problems = std::move(callbacks.show_problems);
+  std::string path;
+  callbacks.show_problems = [&path](const std::string& report_path) { path = report_path; };
+  ExportResult result;
+  try {
+    result = ExportDeclaration(*session_, request_, callbacks);
+  } catch (const store::Error& error) {
+    session::ShowError(*session_, error);
+  }
+  problems_ = LineProblems(result.problems);
+  Reload();
+  if (!path.empty() && show_problems) show_problems(path);
+  return result;
 }
 
 }  // namespace declarations

@@ -65,6 +65,9 @@ class Editor {
 
   /// Opens the tariff of the period, reads the header and the lines, and the problems of the last check.
   bool Open();
+  /// Before the screen closes: saves the pending line and keeps the declaring agent's fields for the next
+  /// use. False: the line could not be saved, which was said; CancelLine gives it up.
+  bool Close();
 
   const Identity& identity() const { return request_.identity; }
   bool can_edit() const { return mode_ == Mode::kModify && !provenance_; }
@@ -90,7 +93,8 @@ class Editor {
 
   // --- loading and order
 
-  bool Refresh();  ///< CmdRefresh: all lines, without filter
+  bool Refresh();  ///< CmdRefresh: all lines, without filter; also after the calculation screens
+  /// CmdFilter. An empty condition shows all.
   bool Filter(const Condition& condition);
   bool filtered() const { return !condition_text_.empty(); }
   /// By a heading, Record_ID breaking ties. "Eroare sortare" where that fails.
@@ -130,6 +134,9 @@ class Editor {
                      const Condition& condition);
   /// Cmd_Verifica. `show_problems` comes after the lines have been read again.
   bool Check(const calc::ShowProblems& show_problems);
+  /// Cmd_Fisier: the pending line saved, the checker, the review, the file. The callbacks' show_problems
+  /// comes after the lines have been read again. In view mode it is refused: the checker writes.
+  ExportResult Export(ExportCallbacks callbacks);
   /// The filter for the calculation screens; nothing where the pending line could not be saved.
   std::optional<std::string> CalculationFilter();
   /// The same for CmdRecalcValStat, which only explains itself where Check_ValStatistica is not set.
@@ -149,6 +156,8 @@ class Editor {
   };
   /// Where a problem is; a filter that hides the line goes. Row -1 where the line is gone.
   Cell Locate(const LineProblem& problem);
+  /// The same for what the institute refuses; row -1 also for findings in the header.
+  Cell Locate(const Finding& finding);
   int RowOf(std::int64_t Record_ID) const;  ///< -1 where it is not shown
 
  private:
@@ -159,6 +168,10 @@ class Editor {
   static std::size_t Index(int column) { return static_cast<std::size_t>(column); }
   std::string Particulars() const;  ///< "ACHIZITIE 2026 / 3"
   std::string TextOf(const Condition& condition) const;
+  /// Shows what is missing of a condition of which only one of column and operator was chosen.
+  bool IsComplete(const Condition& condition) const;
+  void TellDeleted(std::int64_t rows);
+  Cell CellOf(std::int64_t Record_ID, std::string_view field);
   /// Reads the lines and their totals; on failure (shown) everything stays as it was.
   bool Load(const std::string& condition_text);
   bool Reload() { return Load(condition_text_); }
@@ -210,7 +223,8 @@ class Editor {
   LineRules rules_;
   LineProblems problems_;
   std::optional<DescriptionSet> descriptions_;
-  bool had_lines_ = false;  ///< at the last load; not those that this editor deleted since
+  /// Lines that the declaration should have, by the last load of all and what this editor did since.
+  std::int64_t expected_ = 0;
 };
 
 }  // namespace declarations

@@ -27,7 +27,7 @@ bool Editor::ExecuteUpdate(std::string_view CmbColoanaUpdate, std::string_view T
   const bool no_column = store::IsEmpty(CmbColoanaUpdate), no_value = store::IsEmpty(Txt_ValueUpdate);
   if (no_column) platform::ShowRequired(prompter, "Coloana Actulizata");
   if (no_value) platform::ShowRequired(prompter, "Valoare Nou");
-  if (no_column || no_value || !CanUpdate(CmbColoanaUpdate)) return false;
+  if (no_column || no_value || !CanUpdate(CmbColoanaUpdate) || !IsComplete(condition)) return false;
   if (condition.empty() &&
       !prompter.Ask("NU ati selectat nici o conditie, se vor actualiza toate inregistrarile. Continuati ?",
                     "RASPUNDETI", platform::Icon::kQuestion)) {

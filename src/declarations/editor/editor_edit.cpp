@@ -145,7 +145,7 @@ void Editor::Store() {
   totals_.Valoare_Valuta += amounts.Valoare_Valuta - amounts_before_.Valoare_Valuta;
   if (is_new_) {
     reader_ = lines_;
-    had_lines_ = true;
+    ++expected_;
   }
   ForgetPending();
   if (description >= 0) KeepDescription(lines_.Get(description).ToText());
@@ -192,11 +192,12 @@ bool Editor::SaveAgain() {
       "RASPUNDETI", platform::Icon::kQuestion);
   if (!again) {
     CancelLine();
-    had_lines_ = false;  // just said
+    --expected_;  // just said
     return Reload();
   }
   const std::vector<store::Value> values = LineValues(lines_);
   lines_.CancelUpdate();
+  --expected_;
   BeginLine();
   try {
     SetLineValues(values);
@@ -258,6 +259,7 @@ bool Editor::DeleteLines(const std::vector<int>& rows) {
     return false;
   }
   constexpr std::size_t kAtOnce = 500;
+  std::int64_t deleted = 0;
   try {
     store::Transaction transaction(session_->company);
     for (std::size_t begin = 0; begin < ids.size(); begin += kAtOnce) {
@@ -265,7 +267,7 @@ bool Editor::DeleteLines(const std::vector<int>& rows) {
       for (std::size_t i = begin; i < std::min(begin + kAtOnce, ids.size()); ++i) {
         list += (list.empty() ? "" : ",") + std::to_string(ids[i]);
       }
-      session_->company.Execute(
+      deleted += session_->company.Execute(
           fmt::format("DELETE FROM INTRASTAT{} AND [Record_ID] IN ({})", IdentityFilter(identity()), list));
     }
     transaction.Commit();
@@ -273,7 +275,7 @@ bool Editor::DeleteLines(const std::vector<int>& rows) {
     session::ShowError(*session_, error);
     return false;
   }
-  had_lines_ = false;
+  expected_ -= deleted;
   return Reload();
 }
 

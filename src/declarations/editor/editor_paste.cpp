@@ -16,6 +16,7 @@ PasteResult Editor::Paste(int row, const std::vector<int>& columns, std::string_
     session_->host.prompter.Error(kCannotAdd);
     return result;
   }
+  const std::int64_t expected_before = expected_;
   try {
     store::Transaction transaction(session_->company);
     for (std::size_t i = 0; i < block.size(); ++i) {
@@ -31,6 +32,7 @@ PasteResult Editor::Paste(int row, const std::vector<int>& columns, std::string_
     result = {};
     CancelLine();
     descriptions_.reset();
+    expected_ = expected_before;
     Reload();  // the rows in memory are ahead of what was undone
   }
   return result;

@@ -4,6 +4,7 @@ namespace declarations {
 namespace {
 
 using platform::Icon;
+using test_support::Installation;
 
 constexpr char kNoCondition[] =
     "NU ati selectat nici o conditie, se vor actualiza toate inregistrarile. Continuati ?";
@@ -42,11 +43,12 @@ TEST_F(EditorTest, TheFilterShowsSomeLinesAndTheTotalsOfAll) {
   EXPECT_EQ(operators[0].DescSemn + "|" + operators[0].SemnExpresie, "egal|= 'Valoare'");
   EXPECT_EQ(editor.Operators(editor.ColumnOf("Factura_Data")).size(), 8u);
 
+  at.prompter().ExpectError("Semn conditie  -  Obligatoriu de completat !");
+  EXPECT_FALSE(editor.Filter({"Net", "", "1"}));
   // A filter that fails leaves the one on show.
   EXPECT_TRUE(editor.Filter({"Net", "= Valoare", "2"}));
-  at.prompter().AcceptAnything(true);
+  at.prompter().ExpectStarting("Eroare nr: -2147217904", "EROARE", Icon::kCritical);
   EXPECT_FALSE(editor.Filter({"Net", "= Valoare", "doi"}));
-  EXPECT_EQ(at.prompter().seen().size(), 1u);
   EXPECT_EQ(editor.row_count(), 1);
   EXPECT_TRUE(editor.filtered());
   EXPECT_TRUE(editor.Refresh());
@@ -184,9 +186,28 @@ TEST_F(EditorTest, ProblemsLeadToTheirCells) {
     columns += editor.columns()[static_cast<std::size_t>(cell.column)].field + " ";
   }
   EXPECT_EQ(columns, "Mod_Transp Tara_Exp Tara_Exp Mod_Transp Val_UMS ");
+  at.Run("UPDATE Intrastat SET Tara_Exp='DE', Mod_Transp='3', Val_UMS=1, Net=0.2");
+  at.prompter().ExpectInfo("Declaratie Intrastat - OK. Nu sunt probleme");
+  std::vector<Finding> findings;
+  EXPECT_EQ(editor
+                .Export({nullptr, [] { return Installation::InSystem("Declaratii"); },
+                         [&findings](const std::vector<Finding>& found) {
+                           findings = found;
+                           return false;
+                         }})
+                .outcome,
+            ExportOutcome::kGivenUp);
+  EXPECT_EQ(editor.problems().all().size(), 0u);
+  ASSERT_FALSE(findings.empty());
+  const Editor::Cell mass = editor.Locate(findings.back());
+  EXPECT_EQ(mass.row, 0);
+  EXPECT_EQ(mass.column, editor.ColumnOf("Net"));
+
   // Opened again, the texts of the last check are there.
+  at.Run("UPDATE Intrastat SET Mod_Transp='x'");
+  editor.Check({});
   Open();
-  EXPECT_NE(editor_->ProblemText(1), "");
+  EXPECT_EQ(editor_->ProblemText(1), "Mod_Transp = x ===> NU EXISTA");
 }
 
 TEST_F(EditorTest, ABlockIsPastedThroughTheSameRules) {
@@ -223,7 +244,8 @@ TEST_F(EditorTest, APasteThatTheDatabaseRefusesChangesNothing) {
   at.prompter().AcceptAnything(true);
   const PasteResult result = editor.Paste(0, {editor.ColumnOf("Descriere")}, "x\ny\nz");
   EXPECT_FALSE(result.done);
-  EXPECT_EQ(at.prompter().seen().size(), 1u);
+  ASSERT_EQ(at.prompter().seen().size(), 2u);
+  EXPECT_THAT(at.prompter().seen()[1], testing::HasSubstr("s-a sters o linie intre timp"));
   EXPECT_EQ(Stored("SELECT Record_ID, Descriere FROM Intrastat"), fmt::format("{}|", first));
   EXPECT_EQ(Text(0, "Descriere"), "");
   EXPECT_EQ(at.Get("SELECT COUNT(*) FROM Denumiri_Intrastat"), store::Value(0));

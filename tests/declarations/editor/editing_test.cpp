@@ -191,6 +191,7 @@ TEST_F(EditorTest, ALineThatSomeoneDeletedIsOfferedAsANewOne) {
           "noua, cu valorile din grila ?",
           second),
       "RASPUNDETI", platform::Icon::kQuestion, true);
+  at.prompter().ExpectError("Din declaratia ACHIZITIE 2026 / 3 s-a sters o linie intre timp");
   EXPECT_TRUE(editor.SaveLine());
   EXPECT_EQ(editor.row_count(), 1);
   EXPECT_EQ(Stored("SELECT Descriere, Net FROM Intrastat"), "schimbata|10");
