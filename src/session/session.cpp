@@ -1,10 +1,10 @@
 #include "session/session.h"
 
 #include <cmath>
-#include <set>
 
 #include "platform/encoding.h"
 #include "platform/locale.h"
+#include "session/once_prompter.h"
 
 namespace session {
 namespace {
@@ -15,22 +15,6 @@ store::Environment EnvironmentOf(Session* session) {
   environment.link_folder = [session] { return session->settings.DataBase; };
   return environment;
 }
-
-/// Shows a text once: with a file that does not parse, every key would repeat the same reason.
-class OncePrompter : public platform::Prompter {
- public:
-  explicit OncePrompter(platform::Prompter& inner) : inner_(&inner) {}
-  void Message(std::string_view text, std::string_view title, platform::Icon icon) override {
-    if (shown_.insert(std::string(text)).second) inner_->Message(text, title, icon);
-  }
-  bool Ask(std::string_view text, std::string_view title, platform::Icon icon) override {
-    return inner_->Ask(text, title, icon);
-  }
-
- private:
-  platform::Prompter* inner_;
-  std::set<std::string> shown_;
-};
 
 /// Runs a step of a housekeeping run; a failure goes to the log and the run goes on.
 bool Attempt(Session& session, std::string_view where, const std::function<void()>& step) {
@@ -76,6 +60,15 @@ void Session::ReadSettings(std::string_view app_path) {
   platform::Host quiet{host.files, host.clock, once, host.progress, host.errors};
   EnsureDefaultSettings(quiet, settings_file, app_path, settings);
   publisher = ReadPublisherDetails(quiet);
+  RunReaders(quiet);
+}
+
+void Session::ReadSettingsAgain() {
+  OncePrompter once(host.prompter);
+  RunReaders({host.files, host.clock, once, host.progress, host.errors});
+}
+
+void Session::RunReaders(platform::Host quiet) {
   ReadColourSettings(quiet, settings_file, settings);
   ReadDecimalSettings(quiet, settings_file, settings);
   ReadFileLocationSettings(quiet, settings_file, settings);

@@ -54,6 +54,11 @@ class Session {
   /// The settings pass: default pass and readers in their order; also points the error log and links at the
   /// folders read.
   void ReadSettings(std::string_view app_path);
+  /// The readers alone, after the file has changed.
+  void ReadSettingsAgain();
+
+ private:
+  void RunReaders(platform::Host quiet);
 };
 
 /// What a further connection of this session needs (links resolve against the setting `DataBase`).

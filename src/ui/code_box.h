@@ -4,13 +4,13 @@
 
 #include "ui/code_list.h"
 
-class QCompleter;
+class QTreeView;
 
 namespace ui {
 
 /// A look-up field: shows and keeps a code, offers code and description in a list (Alt+Down) and completes
-/// while typing, by any part of either. A code that is not in
-/// the list stays as typed. Used in forms and as the editor of code cells in grids.
+/// while typing, by any part of either. A code that is not in the list stays as typed. Used in forms and as
+/// the editor of code cells in grids.
 class CodeBox : public QComboBox {
   Q_OBJECT
  public:
@@ -37,6 +37,8 @@ class CodeBox : public QComboBox {
  private:
   CodeList list_;
   bool show_descriptions_ = false;
+  QTreeView* list_view_;
+  QTreeView* completion_view_;
 };
 
 }  // namespace ui

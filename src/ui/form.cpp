@@ -9,6 +9,8 @@
 
 #include "platform/prompter.h"
 #include "store/value.h"
+#include "ui/colour_field.h"
+#include "ui/elided_label.h"
 #include "ui/text.h"
 
 namespace ui {
@@ -22,6 +24,7 @@ QString TextOf(const QWidget* field) {
   if (const auto* line = qobject_cast<const QLineEdit*>(field)) return line->text();
   if (const auto* tick = qobject_cast<const QCheckBox*>(field)) return tick->isChecked() ? "1" : "0";
   if (const auto* code = qobject_cast<const CodeBox*>(field)) return code->code();
+  if (const auto* colour = qobject_cast<const ColourField*>(field)) return Q(colour->text());
   if (const auto* box = qobject_cast<const QComboBox*>(field)) return box->currentText();
   return {};
 }
@@ -34,11 +37,22 @@ void PutText(QWidget* field, const QString& text) {
     tick->setChecked(store::Value(Utf8(text)).ToBoolean());
   } else if (auto* code = qobject_cast<CodeBox*>(field)) {
     code->SetCode(text);
+  } else if (auto* colour = qobject_cast<ColourField*>(field)) {
+    colour->SetText(Utf8(text));
   } else if (auto* box = qobject_cast<QComboBox*>(field)) {
     const int at = box->findText(text);
     if (at >= 0 || !box->isEditable()) box->setCurrentIndex(at);
     if (at < 0 && box->isEditable()) box->setEditText(text);
   }
+}
+
+/// Fields that cannot be typed in look like the ground they stand on.
+void ShowReadOnly(QLineEdit* field) {
+  QPalette palette = field->palette();
+  const QPalette standard = QApplication::palette(field);
+  const auto role = field->isReadOnly() ? QPalette::Window : QPalette::Base;
+  palette.setColor(QPalette::Base, standard.color(role));
+  field->setPalette(palette);
 }
 
 }  // namespace
@@ -57,7 +71,6 @@ Form::Form(Context& context, const QString& name, QWidget* parent) : Screen(cont
   message_->setObjectName(QStringLiteral("LblMesaj"));
   message_->setTextFormat(Qt::PlainText);
   message_->setWordWrap(true);
-  message_->setMinimumHeight(message_->fontMetrics().height() * 2);
   message_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   whole->addWidget(message_);
   buttons_ = new QHBoxLayout;
@@ -152,17 +165,13 @@ CodeBox* Form::AddCode(const QString& name, const QString& label, CodeList list,
   field->SetList(std::move(list));
   AddRow(name, label, field);
   Watch(field, help);
-  auto* description = new QLabel(this);
+  auto* description = new ElidedLabel(24, this);
   description->setObjectName(name + QStringLiteral("_Descriere"));
-  description->setTextFormat(Qt::PlainText);
-  description->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  description->setMinimumWidth(description->fontMetrics().averageCharWidth() * 24);
   const auto show = [field, description] {
     const QString text = field->code().isEmpty()          ? QString()
                          : field->description().isEmpty() ? QStringLiteral("cod necunoscut")
                                                           : field->description();
     description->setText(text);
-    description->setToolTip(text);
   };
   connect(field, &CodeBox::CodeChanged, description, show);
   connect(field, &QComboBox::editTextChanged, description, show);
@@ -170,9 +179,33 @@ CodeBox* Form::AddCode(const QString& name, const QString& label, CodeList list,
   return field;
 }
 
-void Form::AddField(const QString& label, QWidget* field, const QString& help) {
+void Form::AddField(const QString& label, QWidget* field, const QString& help, Kind kind) {
+  if (kind == Kind::kBound) field->setProperty(kTag, QStringLiteral("DA"));
   AddRow(field->objectName(), label, field);
   Watch(field, help);
+}
+
+QLineEdit* Form::AddShown(const QString& name, const QString& label) {
+  auto* field = new QLineEdit(this);
+  field->setObjectName(name);
+  field->setReadOnly(true);
+  field->setFocusPolicy(Qt::ClickFocus);
+  AddRow(name, label, field);
+  Watch(field, {});
+  return field;
+}
+
+void Form::AddWide(QWidget* widget, Height height) {
+  QGridLayout* grid = section();
+  const int row = grid->rowCount();
+  grid->addWidget(widget, row, 0, 1, 2);
+  if (height != Height::kFills) return;
+  grid->setRowStretch(row, 1);
+  column_->setStretchFactor(grid, 1);
+  column_->setStretch(column_->count() - 1, 0);
+  if (tabs_ != nullptr) return;
+  outer_->setStretchFactor(columns_, 1);
+  outer_->setStretch(outer_->count() - 1, 0);
 }
 
 void Form::AddRow(const QString& name, const QString& label, QWidget* field) {
@@ -188,6 +221,8 @@ void Form::AddRow(const QString& name, const QString& label, QWidget* field) {
   }
   auto* caption = new QLabel(label, this);
   caption->setBuddy(field);
+  // The underlined letter is painted apart and takes a little more than the text is measured as.
+  caption->setMinimumWidth(caption->sizeHint().width() + 3);
   labels_[name] = caption;
   grid->addWidget(caption, row, 0, Qt::AlignLeft | Qt::AlignVCenter);
   grid->addLayout(last_row_, row, 1);
@@ -247,15 +282,30 @@ QPushButton* Form::AddCommand(const QString& name, const QString& caption, std::
 void Form::MarkRequired(const QString& name) {
   const auto found = labels_.find(name);
   if (found == labels_.end()) return;
-  found->second->setText(found->second->text() + QStringLiteral(" *"));
-  found->second->setToolTip(QStringLiteral("Obligatoriu de completat"));
+  QLabel* label = found->second;
+  label->setText(label->text() + QStringLiteral(" *"));
+  label->setMinimumWidth(label->sizeHint().width() + 3);
+  label->setToolTip(QStringLiteral("Obligatoriu de completat"));
+  if (findChild<QLabel*>(QStringLiteral("LblObligatoriu")) != nullptr) return;
+  auto* legend = new QLabel(QStringLiteral("* Obligatoriu de completat"), this);
+  legend->setObjectName(QStringLiteral("LblObligatoriu"));
+  buttons_->insertWidget(0, legend);
 }
 
 bool Form::Require(const QString& name, const QString& label) {
   if (!store::IsEmpty(Utf8(Text(name)))) return true;
   platform::ShowRequired(session().host.prompter, Utf8(label));
-  if (auto* field = findChild<QWidget*>(name)) field->setFocus(Qt::OtherFocusReason);
+  FocusField(name);
   return false;
+}
+
+void Form::FocusField(const QString& name) {
+  auto* field = findChild<QWidget*>(name);
+  if (field == nullptr) return;
+  for (int i = 0; tabs_ != nullptr && i < tabs_->count(); ++i) {
+    if (tabs_->widget(i)->isAncestorOf(field)) tabs_->setCurrentIndex(i);
+  }
+  field->setFocus(Qt::OtherFocusReason);
 }
 
 void Form::OnLeave(const QString& name, std::function<bool()> check) {
@@ -330,28 +380,49 @@ void Form::Watch(QWidget* field, const QString& help) {
   if (auto* box = qobject_cast<QComboBox*>(field); box != nullptr && box->lineEdit() != nullptr) {
     box->lineEdit()->installEventFilter(this);
   }
+  if (field->focusProxy() != nullptr) field->focusProxy()->installEventFilter(this);
+  if (auto* line = qobject_cast<QLineEdit*>(field)) ShowReadOnly(line);
 }
 
 QWidget* Form::FieldOf(QObject* watched) const {
   for (QWidget* field : fields_) {
-    if (field == watched) return field;
+    if (field == watched || (field->focusProxy() != nullptr && field->focusProxy() == watched)) return field;
     const auto* box = qobject_cast<const QComboBox*>(field);
     if (box != nullptr && box->lineEdit() == watched) return field;
   }
   return nullptr;
 }
 
+void Form::resizeEvent(QResizeEvent* event) {
+  // The longest help line has room from the start, so that nothing moves when the focus does.
+  const int width = this->width() - 32;
+  int height = message_->fontMetrics().height();
+  for (const QWidget* field : fields_) {
+    const QRect needed =
+        message_->fontMetrics().boundingRect(QRect(0, 0, width, 1000), Qt::TextWordWrap, field->statusTip());
+    height = std::max(height, needed.height());
+  }
+  message_->setMinimumHeight(height);
+  Screen::resizeEvent(event);
+}
+
 bool Form::eventFilter(QObject* watched, QEvent* event) {
   QWidget* field = FieldOf(watched);
   if (field == nullptr) return Screen::eventFilter(watched, event);
   switch (event->type()) {
-    case QEvent::FocusIn:
+    case QEvent::ReadOnlyChange:
+      if (auto* line = qobject_cast<QLineEdit*>(field)) ShowReadOnly(line);
+      break;
+    case QEvent::FocusIn: {
       ShowMessage(field->statusTip());
-      if (auto* line = qobject_cast<QLineEdit*>(watched)) {
+      auto* line = qobject_cast<QLineEdit*>(field);
+      if (auto* combo = qobject_cast<QComboBox*>(field)) line = combo->lineEdit();
+      if (line != nullptr) {
         // After the mouse press that brought the focus has set its own cursor.
         QTimer::singleShot(0, line, &QLineEdit::selectAll);
       }
       break;
+    }
     case QEvent::FocusOut: {
       const auto check = leave_checks_.find(field->objectName());
       const auto reason = static_cast<QFocusEvent*>(event)->reason();

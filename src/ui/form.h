@@ -45,7 +45,12 @@ class Form : public Screen {
   CodeBox* AddCode(const QString& name, const QString& label, CodeList list, int characters,
                    const QString& help = {}, Kind kind = Kind::kBound);
   /// Any other widget as a field; null label spans both columns.
-  void AddField(const QString& label, QWidget* field, const QString& help = {});
+  void AddField(const QString& label, QWidget* field, const QString& help = {}, Kind kind = Kind::kFree);
+  /// A read-only text that shows more of what is chosen elsewhere on the screen.
+  QLineEdit* AddShown(const QString& name, const QString& label);
+  /// What is no field (a picture, a list), as wide as the section; one that fills takes the height left over.
+  enum class Height { kOwn, kFills };
+  void AddWide(QWidget* widget, Height height = Height::kOwn);
   /// A widget right of the field added last (a help or browse button).
   void AddBeside(QWidget* widget);
   void AddNote(const QString& text);  ///< a wrapped line of explanation
@@ -62,6 +67,9 @@ class Form : public Screen {
   void MarkRequired(const QString& name);
   /// Required-value check: shows the label's message and goes to the field where it is blank.
   bool Require(const QString& name, const QString& label);
+
+  /// Goes to a field, on whatever tab it is.
+  void FocusField(const QString& name);
 
   /// Called when the focus leaves a field for another one of this form (not for cancel or another window).
   /// False keeps the cursor in the field.
@@ -83,6 +91,7 @@ class Form : public Screen {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   QVBoxLayout* body() { return outer_; }
 
  private:

@@ -1,3 +1,7 @@
+#include <QAbstractItemView>
+#include <QTabWidget>
+
+#include "app/screens/settings.h"
 #include "companies/screens/company.h"
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
@@ -57,6 +61,28 @@ void NewCompany(Desk& desk) {
   desk.Shoot<companies::Frm_Firma>(QStringLiteral("creare"));
 }
 
+void OpenChoiceList(Desk& desk) {
+  companies::Frm_Firma_Default screen(desk.on.context, nullptr);
+  screen.show();
+  Desk::Settle();
+  auto* box = screen.findChild<QComboBox*>(QStringLiteral("I_Nat_Tranz"));
+  box->setFocus();
+  box->showPopup();
+  Desk::Settle();
+  QWidget* list = box->view()->window();
+  list->setObjectName(screen.objectName());
+  desk.Grab(*list, QStringLiteral("lista"));
+}
+
+void SettingsTabs(Desk& desk) {
+  const char* names[] = {"culori", "zecimale", "foldere", "diverse"};
+  for (int i = 0; i < 4; ++i) {
+    desk.Shoot<app::Frm_Setari>(QString::fromLatin1(names[i]), [i](app::Frm_Setari& screen) {
+      screen.findChild<QTabWidget*>()->setCurrentIndex(i);
+    });
+  }
+}
+
 }  // namespace
 
 std::vector<Shot> Shots() {
@@ -69,6 +95,8 @@ std::vector<Shot> Shots() {
       {"Frm_Firma", NewCompany},
       {"Frm_Firma", FilledCompany},
       {"Frm_Firma_Default", [](Desk& desk) { desk.Shoot<companies::Frm_Firma_Default>(); }},
+      {"Frm_Firma_Default", OpenChoiceList},
+      {"Frm_Setari", SettingsTabs},
   };
 }
 

@@ -23,21 +23,21 @@ Frm_Firma::Frm_Firma(ui::Context& screen_context, QWidget* parent)
   QLineEdit* code = text("Cod_Fiscal", "&Cod de inregistrare fiscala", 16);
   text("Nume_Firma", "&Nume Firma", 36);
   text("Adresa_Firma", "&Adresa", 36);
-  text("Oras_Firma", "&Oras", 24);
+  text("Oras_Firma", "Ora&s", 24);
   text("Judet_Firma", "&Judet", 24);
   text("CodPostal_Firma", "Cod &postal", 10);
   text("Tara_Firma", "&Tara", 24);
-  text("Reg_No_Firma", "Nr. &registrul comertului", 18);
+  text("Reg_No_Firma", "Nr. re&gistrul comertului", 18);
   AddColumn();
   AddSection(QStringLiteral("Contact"));
   text("Tel_Firma", "T&elefon", 20);
   text("Fax_Firma", "&Fax", 20);
   text("Email_Firma", "E-&mail", 30);
-  text("Persoana_Intrastat", "Persoana re&sponsabila", 30);
+  text("Persoana_Intrastat", "Persoana responsa&bila", 30);
   text("Persoana_Functie", "F&unctia", 30);
   AddSection(QStringLiteral("Declaratii"));
   AddTick(QStringLiteral("XML_Detaliat"),
-          QStringLiteral(" Declaratie XML (intrastat) detaliata (fara cumulare)"));
+          QStringLiteral(" Declaratie XML (intrastat) &detaliata (fara cumulare)"));
   auto* help = new QToolButton(this);
   help->setObjectName(QStringLiteral("CmdAjutorDetaliat"));
   help->setIcon(ui::Icon(QStringLiteral("intrebare")));
@@ -45,10 +45,10 @@ Frm_Firma::Frm_Firma(ui::Context& screen_context, QWidget* parent)
   connect(help, &QToolButton::clicked, this, [this] { session().host.prompter.Info(DetailedHelp()); });
   AddBeside(help);
   AddTick(QStringLiteral("ValoareStatistica"),
-          QStringLiteral(" Declarare Valoare Statistica (consultati legislatia)"));
+          QStringLiteral(" Declarare &Valoare Statistica (consultati legislatia)"));
   MarkRequired(QStringLiteral("Cod_Fiscal"));
   MarkRequired(QStringLiteral("Nume_Firma"));
-  SetButtons(creating_ ? QStringLiteral("Creaza Firma >>>") : QStringLiteral("OK - Retine datele"),
+  SetButtons(creating_ ? QStringLiteral("Crea&za Firma >>>") : QStringLiteral("&OK - Retine datele"),
              [this] { Confirm(); });
 
   if (creating_) {
@@ -79,11 +79,10 @@ void Frm_Firma::Confirm() {
     accept();
     return;
   }
-  for (const char* name : {"Cod_Fiscal", "Nume_Firma"}) {
-    if (!store::IsEmpty(fields.Get(name))) continue;
-    findChild<QLineEdit*>(QString::fromLatin1(name))->setFocus();
-    return;
-  }
+  // What was refused has to do with the code, unless it is the name that is missing.
+  const bool name_missing =
+      !store::IsEmpty(fields.Get("Cod_Fiscal")) && store::IsEmpty(fields.Get("Nume_Firma"));
+  FocusField(name_missing ? QStringLiteral("Nume_Firma") : QStringLiteral("Cod_Fiscal"));
 }
 
 }  // namespace companies

@@ -13,38 +13,29 @@ Frm_Firme::Frm_Firme(ui::Context& screen_context, QWidget* parent)
   setWindowTitle(QStringLiteral("Selectare Firma"));
   SetFirstSize({560, 520});
   QLineEdit* search = AddText(
-      QStringLiteral("TxtCautare"), QStringLiteral("&Cauta"), 40,
+      QStringLiteral("TxtCautare"), QStringLiteral("&Cauta"), 80,
       QStringLiteral("O parte din nume sau din codul fiscal; sageata in jos trece in lista"), Kind::kFree);
   search->setClearButtonEnabled(true);
   list_ = new QListWidget(this);
   list_->setObjectName(QStringLiteral("Nume_Firma"));
   list_->setMinimumHeight(list_->fontMetrics().height() * 12);
-  body()->insertWidget(body()->count() - 1, list_, 1);
-  body()->setStretch(body()->count() - 1, 0);
-
-  auto* chosen = new QGridLayout;
-  chosen->setHorizontalSpacing(12);
-  const auto add_shown = [&](const char* name, const QString& label) {
-    auto* field = new QLineEdit(this);
-    field->setObjectName(QString::fromLatin1(name));
-    field->setReadOnly(true);
-    field->setFocusPolicy(Qt::ClickFocus);
-    const int row = chosen->rowCount();
-    chosen->addWidget(new QLabel(label, this), row, 0);
-    chosen->addWidget(field, row, 1);
-  };
-  add_shown("Cod_Fiscal", QStringLiteral("Cod de inregistrare fiscala"));
-  add_shown("DataBaseFile", QStringLiteral("Fisier baza de date"));
-  body()->addLayout(chosen);
+  list_->setStyleSheet(QStringLiteral("QListWidget::item { padding: 4px; }"));
+  AddWide(list_, Height::kFills);
+  empty_ = new QLabel(list_->viewport());
+  empty_->setAlignment(Qt::AlignCenter);
+  auto* middle = new QVBoxLayout(list_->viewport());
+  middle->addWidget(empty_);
+  AddShown(QStringLiteral("Cod_Fiscal"), QStringLiteral("Cod de inregistrare fiscala"));
+  AddShown(QStringLiteral("DataBaseFile"), QStringLiteral("Fisier baza de date"));
   SetButtons(QStringLiteral("&Deschide firma"), [this] { Confirm(); });
 
   Try([this] { companies_ = ListCompanies(session()); });
   connect(search, &QLineEdit::textChanged, this, &Frm_Firme::ShowList);
   connect(list_, &QListWidget::currentRowChanged, this, &Frm_Firme::ShowChosen);
   connect(list_, &QListWidget::itemActivated, this, [this] { confirm_button()->click(); });
-  search->installEventFilter(this);
   ShowList({});
   list_->setFocus();
+  if (!companies_.empty()) ShowMessage(QStringLiteral("Enter sau dublu clic deschide firma aleasa"));
 }
 
 void Frm_Firme::ShowList(const QString& part) {
@@ -63,8 +54,10 @@ void Frm_Firme::ShowList(const QString& part) {
     list_->setCurrentRow(0);
   }
   ShowChosen();
-  if (companies_.empty())
-    ShowMessage(QStringLiteral("Nu exista firme. Meniul Firme - Creare Firma adauga una."));
+  empty_->setVisible(list_->count() == 0);
+  empty_->setText(companies_.empty()
+                      ? QStringLiteral("Aici apar firmele.\nMeniul Firme - Creare Firma adauga prima firma.")
+                      : QStringLiteral("Nicio firma nu contine textul cautat."));
 }
 
 void Frm_Firme::ShowChosen() {
@@ -81,6 +74,16 @@ void Frm_Firme::Confirm() {
                                    ? ListedCompany()
                                    : companies_[static_cast<std::size_t>(item->data(Qt::UserRole).toInt())];
   if (ConfirmSelection(session(), chosen)) accept();
+}
+
+bool Frm_Firme::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && watched->objectName() == QLatin1String("TxtCautare") &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down) {
+    list_->setFocus();
+    if (list_->currentRow() < 0) list_->setCurrentRow(0);
+    return true;
+  }
+  return Form::eventFilter(watched, event);
 }
 
 }  // namespace companies

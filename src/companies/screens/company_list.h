@@ -5,6 +5,7 @@
 #include "companies/open_company.h"
 #include "ui/form.h"
 
+class QLabel;
 class QListWidget;
 
 namespace companies {
@@ -15,6 +16,9 @@ class Frm_Firme : public ui::Form {
  public:
   Frm_Firme(ui::Context& context, QWidget* parent);
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void ShowList(const QString& part);
   void ShowChosen();
@@ -22,6 +26,7 @@ class Frm_Firme : public ui::Form {
 
   std::vector<ListedCompany> companies_;
   QListWidget* list_;
+  QLabel* empty_;
 };
 
 }  // namespace companies

@@ -8,6 +8,7 @@ namespace companies {
 Frm_Firma_Default::Frm_Firma_Default(ui::Context& screen_context, QWidget* parent)
     : Form(screen_context, QStringLiteral("Frm_Firma_Default"), parent) {
   setWindowTitle(QStringLiteral("Setari Implicite - ") + ui::Q(session().current.Nume_Firma));
+  SetFirstSize({1000, 300});
   ui::CodeList countries, deliveries, transactions, transports;
   Try([&] {
     store::Connection& company = session().company;
@@ -29,11 +30,11 @@ Frm_Firma_Default::Frm_Firma_Default(ui::Context& screen_context, QWidget* paren
   add("I_", "Tara_Exp", "&Tara expediere", countries);
   AddColumn();
   AddSection(QStringLiteral("Livrari"));
-  add("O_", "Incoterms", "C&onditii livrare", deliveries);
+  add("O_", "Incoterms", "Conditii &livrare", deliveries);
   add("O_", "Mod_Transp", "Mo&d transport", transports);
   add("O_", "Nat_Tranz", "Natura tran&zactiei", transactions);
   add("O_", "Tara_Dest", "Tara d&estinatie", countries);
-  SetButtons(QStringLiteral("OK-Retine datele"), [this] {
+  SetButtons(QStringLiteral("&OK-Retine datele"), [this] {
     if (SaveDefaults(session(), Collect())) accept();
   });
   Try([this] { Fill(ReadDefaults(session())); });
