@@ -1,7 +1,6 @@
 #include "ui/colour_field.h"
 
 #include <QColorDialog>
-#include <QToolButton>
 
 #include "store/value.h"
 #include "ui/icons.h"
@@ -9,22 +8,21 @@
 namespace ui {
 
 ColourField::ColourField(QWidget* parent)
-    : QWidget(parent), shown_(new QLineEdit(this)), button_(new QToolButton(this)) {
+    : QWidget(parent), shown_(new QLineEdit(this)), button_(new QPushButton(this)) {
   shown_->setReadOnly(true);
   shown_->setFocusPolicy(Qt::NoFocus);
   shown_->setAlignment(Qt::AlignCenter);
   shown_->setFixedWidth(shown_->fontMetrics().averageCharWidth() * 16);
   button_->setText(QStringLiteral("Alege..."));
   button_->setIcon(Icon(QStringLiteral("culoare")));
-  button_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  button_->setFocusPolicy(Qt::StrongFocus);
+  button_->setAutoDefault(false);
   setFocusProxy(button_);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(8);
   row->addWidget(shown_);
   row->addWidget(button_);
-  connect(button_, &QToolButton::clicked, this, &ColourField::Pick);
+  connect(button_, &QPushButton::clicked, this, &ColourField::Pick);
   SetColour(0);
 }
 

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QPushButton>
 #include <cstdint>
 #include <string>
-
-class QToolButton;
 
 namespace ui {
 
@@ -19,7 +18,7 @@ class ColourField : public QWidget {
   void SetText(std::string_view text);
   std::uint32_t colour() const { return colour_; }
   void SetColour(std::uint32_t colour);
-  QToolButton* button() const { return button_; }
+  QPushButton* button() const { return button_; }
 
  Q_SIGNALS:
   void Changed();
@@ -28,7 +27,7 @@ class ColourField : public QWidget {
   void Pick();
   std::uint32_t colour_ = 0;
   QLineEdit* shown_;
-  QToolButton* button_;
+  QPushButton* button_;
 };
 
 }  // namespace ui

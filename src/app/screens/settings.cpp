@@ -1,7 +1,6 @@
 #include "app/screens/settings.h"
 
 #include <QFileDialog>
-#include <QToolButton>
 
 #include "app/screens/row_preview.h"
 #include "session/settings_form.h"
@@ -91,11 +90,12 @@ void Frm_Setari::AddColour(const QString& name, const QString& label, const QStr
 
 void Frm_Setari::AddFolder(const QString& name, const QString& label, const QString& help) {
   AddText(name, label, 56, help);
-  auto* browse = new QToolButton(this);
+  auto* browse = new QPushButton(this);
   browse->setObjectName(QStringLiteral("Cmd") + name.section('_', 1));
+  browse->setAutoDefault(false);
   browse->setIcon(ui::Icon(QStringLiteral("folder")));
   browse->setToolTip(QStringLiteral("Alege folderul"));
-  connect(browse, &QToolButton::clicked, this, [this, name] { Browse(name); });
+  connect(browse, &QPushButton::clicked, this, [this, name] { Browse(name); });
   AddBeside(browse);
 }
 

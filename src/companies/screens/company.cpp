@@ -1,7 +1,5 @@
 #include "companies/screens/company.h"
 
-#include <QToolButton>
-
 #include "companies/register.h"
 #include "ui/icons.h"
 #include "ui/text.h"
@@ -38,11 +36,13 @@ Frm_Firma::Frm_Firma(ui::Context& screen_context, QWidget* parent)
   AddSection(QStringLiteral("Declaratii"));
   AddTick(QStringLiteral("XML_Detaliat"),
           QStringLiteral(" Declaratie XML (intrastat) &detaliata (fara cumulare)"));
-  auto* help = new QToolButton(this);
+  auto* help = new QPushButton(this);
   help->setObjectName(QStringLiteral("CmdAjutorDetaliat"));
+  help->setAutoDefault(false);
+  help->setFocusPolicy(Qt::TabFocus);  // a click on it is no leaving of the field
   help->setIcon(ui::Icon(QStringLiteral("intrebare")));
   help->setToolTip(QStringLiteral("Ce inseamna declaratie detaliata"));
-  connect(help, &QToolButton::clicked, this, [this] { session().host.prompter.Info(DetailedHelp()); });
+  connect(help, &QPushButton::clicked, this, [this] { session().host.prompter.Info(DetailedHelp()); });
   AddBeside(help);
   AddTick(QStringLiteral("ValoareStatistica"),
           QStringLiteral(" Declarare &Valoare Statistica (consultati legislatia)"));
