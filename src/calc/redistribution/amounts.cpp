@@ -42,10 +42,4 @@ std::string AmountRedistribution::ClosingMessage(int groups) const {
   return "Redistribuire terminata. Distribuire pe :" + std::to_string(groups) + " linii";
 }
 
-std::vector<std::string> AmountRedistribution::Remarks(const store::Recordset& row) const {
-  std::vector<std::string> remarks = GroupCalculation::Remarks(row);
-  if (Amount(row) == 0) remarks.emplace_back("Suma este zero: redistribuirea grupului se sterge");
-  return remarks;
-}
-
 }  // namespace calc

@@ -49,7 +49,6 @@ class AmountRedistribution : public GroupCalculation {
   virtual std::string AmountField() const = 0;
 
   std::string ClosingMessage(int groups) const override;
-  std::vector<std::string> Remarks(const store::Recordset& row) const override;
   /// Column of the lines that is the key.
   std::string KeyColumn() const;
   double Amount(const store::Recordset& row) const { return row.Get(AmountField()).ToDouble(); }

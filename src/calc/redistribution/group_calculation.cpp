@@ -220,7 +220,7 @@ bool GroupCalculation::CreateIndex() {
 
 RunReport GroupCalculation::CmdAjustare() {
   rows_.Update();
-  const RunReport report = RunAll();
+  RunReport report = RunAll();
   if (report.cancelled) {
     session_.host.prompter.Message("Calculul a fost oprit, nu s-a modificat nicio linie", "MESAJ",
                                    platform::Icon::kExclamation);

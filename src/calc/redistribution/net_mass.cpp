@@ -43,4 +43,10 @@ GroupCalculation::Measures NetRedistribution::MeasuresOf(const store::Recordset&
           .decimals = 2};
 }
 
+std::vector<std::string> NetRedistribution::Remarks(const store::Recordset& row) const {
+  std::vector<std::string> remarks = AmountRedistribution::Remarks(row);
+  if (Amount(row) <= 0) remarks.emplace_back("Greutatea de redistribuit nu este mai mare ca zero");
+  return remarks;
+}
+
 }  // namespace calc

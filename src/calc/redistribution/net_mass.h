@@ -22,6 +22,7 @@ class NetRedistribution : public AmountRedistribution {
   std::string LogName() const override { return "Redistribuire greutate neta"; }
   std::vector<GroupColumn> OwnColumns() const override;
   Measures MeasuresOf(const store::Recordset& row, bool stored) const override;
+  std::vector<std::string> Remarks(const store::Recordset& row) const override;
 };
 
 }  // namespace calc

@@ -91,6 +91,7 @@ GroupCalculation::Measures TransportRedistribution::MeasuresOf(const store::Reco
 
 std::vector<std::string> TransportRedistribution::Remarks(const store::Recordset& row) const {
   std::vector<std::string> remarks = AmountRedistribution::Remarks(row);
+  if (Amount(row) == 0) remarks.emplace_back("Suma este zero: redistribuirea grupului se sterge");
   const std::string document = row.Get("Transp_Document").ToText();
   const std::string currency = Currency(row);
   if (document.find('\'') != std::string::npos || currency.find('\'') != std::string::npos) {
@@ -104,7 +105,7 @@ std::vector<std::string> TransportRedistribution::Remarks(const store::Recordset
   }
   const int terms = row.FindField("Incoterms");
   if (terms >= 0 && Amount(row) > 0) {
-    const std::string code = row.Get(terms).ToText();
+    const std::string code = platform::ToUpper(row.Get(terms).ToText());
     if (std::find(kTransportIncluded.begin(), kTransportIncluded.end(), code) != kTransportIncluded.end()) {
       remarks.push_back("Pentru " + code + " suma trebuie sa fie NEGATIVA");
     }
