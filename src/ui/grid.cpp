@@ -140,6 +140,7 @@ void Grid::SetRowHeight() {
   const int height = fontMetrics().height() + 8;
   verticalHeader()->setMinimumSectionSize(height);
   verticalHeader()->setDefaultSectionSize(height);
+  horizontalHeader()->setMinimumHeight(height);
 }
 
 void Grid::OnSort(int column, Qt::SortOrder order) {
@@ -175,7 +176,7 @@ void Grid::OnReset() {
   viewport()->update();
 }
 
-void Grid::SelectRow(int row, int column) {
+void Grid::SelectRow(int row, int column, ScrollHint where) {
   if (model_ == nullptr || row < 0 || row >= model_->Rows()) return;
   if (column < 0) column = currentIndex().column();
   if (column < 0 || isColumnHidden(column)) {
@@ -184,8 +185,10 @@ void Grid::SelectRow(int row, int column) {
     column = shown.front();
   }
   const QModelIndex index = model_->index(row, column);
+  const QRect place = visualRect(index);
+  const bool in_view = place.top() >= 0 && place.bottom() < viewport()->height();
   selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
-  scrollTo(index);
+  scrollTo(index, in_view ? EnsureVisible : where);
 }
 
 std::vector<int> Grid::selected_rows() const {

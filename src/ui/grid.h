@@ -27,7 +27,8 @@ class Grid : public QTableView {
   GridModel* grid_model() const { return model_; }
 
   int current_row() const { return currentIndex().row(); }  ///< -1: none
-  void SelectRow(int row, int column = -1);
+  /// `where` holds for a row that is not in view.
+  void SelectRow(int row, int column = -1, ScrollHint where = EnsureVisible);
   std::vector<int> selected_rows() const;    ///< ascending
   std::vector<int> visible_columns() const;  ///< of the model, in the order shown
 
@@ -82,6 +83,7 @@ class Grid : public QTableView {
   void OnReset();
   bool SearchKey(QKeyEvent* key);
   void Search(const QString& text, int from);
+  int FindRow(const QString& text, int from) const;
   void EndSearch();
   void RepaintRow(int row);
   void OpenCodes();
@@ -95,7 +97,7 @@ class Grid : public QTableView {
   bool arranging_ = false;   ///< the header is changed by us, not by the user
   bool has_block_ = false;
   int kept_row_ = -1, kept_column_ = -1;  ///< while the model resets
-  bool searching_ = false;
+  bool searching_ = false, found_ = true;
   int search_column_ = -1;
   QString search_text_;
 };

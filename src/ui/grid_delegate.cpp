@@ -13,7 +13,7 @@
 namespace ui {
 namespace {
 
-constexpr int kPadding = 6;
+constexpr int kPadding = 4;
 constexpr int kPicture = 16;
 const QColor kProblem(0xd3, 0x2f, 0x2f);
 

@@ -73,6 +73,9 @@ class GridPrinter {
   }
   int Points(double points) const { return static_cast<int>(points * printer_.resolution() / 72); }
 
+  /// Painted texts are a little wider than measured ones, by the rounding of each letter.
+  int Slack() const { return Points(1.5); }
+
   const Column& ColumnAt(std::size_t i) const {
     return content_.model->columns()[static_cast<std::size_t>(content_.columns[i])];
   }
@@ -101,11 +104,12 @@ class GridPrinter {
         // Anything this long is wider than a page.
         width = std::max(width, metrics.horizontalAdvance(text.left(400)));
       }
-      natural_.push_back(width + 2 * pad_);
+      natural_.push_back(width + 2 * pad_ + Slack());
     }
   }
 
-  /// Columns that are too wide for the page give way, the widest texts first; numbers keep their width.
+  /// Columns that are too wide for the page give way, the widest texts first; numbers keep their width. What
+  /// is left of the page goes to the widest text.
   void FitColumns() {
     widths_ = natural_;
     const auto total = [this] { return std::accumulate(widths_.begin(), widths_.end(), 0); };
@@ -128,6 +132,12 @@ class GridPrinter {
       if (smaller < Points(12)) break;  // more columns than a page can take
       widths_[widest] = smaller;
     }
+    std::size_t filler = widths_.size();
+    for (std::size_t i = 0; i < widths_.size(); ++i) {
+      if (ColumnAt(i).format != Format::kText) continue;
+      if (filler == widths_.size() || widths_[i] > widths_[filler]) filler = i;
+    }
+    if (filler < widths_.size() && total() < PageWidth()) widths_[filler] += PageWidth() - total();
     if (total() > PageWidth()) {
       for (int& width : widths_) width = static_cast<int>(std::int64_t{width} * PageWidth() / total());
     }
@@ -138,7 +148,7 @@ class GridPrinter {
     for (std::size_t i = 0; i < widths_.size(); ++i) {
       const QString text = TextOf(row, i);
       const int room = widths_[i] - 2 * pad_;
-      if (metrics.horizontalAdvance(text) <= room) continue;
+      if (metrics.horizontalAdvance(text) + Slack() <= room) continue;
       const int height = metrics.boundingRect(QRect(0, 0, room, 1 << 24), kWrap, text).height();
       lines = std::max(lines, std::min((height + line_ - 1) / line_, kMostLines));
     }

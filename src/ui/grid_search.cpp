@@ -24,23 +24,31 @@ void Grid::StartSearch() {
   searching_ = true;
   search_column_ = column;
   search_text_.clear();
+  found_ = true;
   setFocus();
   Q_EMIT SearchColumn(model_->columns()[static_cast<std::size_t>(column)].caption);
   Q_EMIT SearchText(QStringLiteral("In curs de cautare : "));
 }
 
+int Grid::FindRow(const QString& text, int from) const {
+  try {
+    return model_->FindText(search_column_, text, from);
+  } catch (const store::Error&) {
+    return -1;  // a text that makes no criterion finds nothing
+  }
+}
+
 void Grid::Search(const QString& text, int from) {
+  // What adds to a text that was not found is not found either.
+  const bool hopeless = !found_ && !search_text_.isEmpty() && text.startsWith(search_text_);
   search_text_ = text;
+  found_ = true;
   QString message = QStringLiteral("In curs de cautare : ") + text;
   if (!text.isEmpty()) {
-    int row = -1;
-    try {
-      row = model_->FindText(search_column_, text, from);
-    } catch (const store::Error&) {
-      // A text that makes no criterion finds nothing.
-    }
-    if (row >= 0) {
-      SelectRow(row, search_column_);
+    const int row = hopeless ? -1 : FindRow(text, from);
+    found_ = row >= 0;
+    if (found_) {
+      SelectRow(row, search_column_, PositionAtCenter);
     } else {
       message += QStringLiteral("   (nu exista)");
     }

@@ -9,7 +9,7 @@
 namespace ui {
 namespace {
 
-constexpr int kPadding = 6;  // as in the cells
+constexpr int kPadding = 4;  // as in the cells
 
 }  // namespace
 
