@@ -34,8 +34,4 @@ Frm_Tabel::Frm_Tabel(ui::Context& context, const ReferenceTable& table, QWidget*
   SetModel(new ui::RecordsetModel(ColumnsOf(table, rows), rows, this));
 }
 
-void OpenReferenceList(ui::Context& context, const ReferenceTable& table, QWidget* parent) {
-  ui::Try(context, [&] { Frm_Tabel(context, table, parent).exec(); });
-}
-
 }  // namespace tariff

@@ -22,7 +22,4 @@ class Frm_Tabel : public ui::ListScreen {
   Frm_Tabel(ui::Context& context, const ReferenceTable& table, QWidget* parent = nullptr);
 };
 
-/// Shows the list until it is closed; a failing table is shown as an error.
-void OpenReferenceList(ui::Context& context, const ReferenceTable& table, QWidget* parent);
-
 }  // namespace tariff
