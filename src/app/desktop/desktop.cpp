@@ -10,12 +10,14 @@
 #include "app/desktop/elevation.h"
 #include "app/desktop/main_window.h"
 #include "app/desktop/splash.h"
+#include "app/screens/settings.h"
 #include "calc/rates_update.h"
 #include "companies/screens/company.h"
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
 #include "platform/download/download.h"
 #include "tariff/screens/reference_list.h"
+#include "ui/grid.h"
 #include "ui/progress.h"
 #include "ui/text.h"
 #include "update/version_check.h"
@@ -59,6 +61,14 @@ void Desktop::BindCommands() {
   });
   commands_.Handle("SETARI_IMPLICITE", [this](const Command&) {
     companies::Frm_Firma_Default(context_, main_window_.get()).exec();
+  });
+  commands_.Handle("SETARI_GENERALE", [this](const Command&) {
+    Frm_Setari screen(context_, main_window_.get());
+    screen.OnApplied([this] {
+      main_window_->Refresh();
+      for (ui::Grid* grid : main_window_->findChildren<ui::Grid*>()) grid->ReadColours();
+    });
+    screen.exec();
   });
   commands_.HandleViewers([this](const Command& command) {
     OpenOnce(command.key, [&] {

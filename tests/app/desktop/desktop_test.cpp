@@ -5,14 +5,17 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenuBar>
+#include <QTimer>
 #include <set>
 
 #include "app/desktop/about.h"
 #include "app/desktop/main_window.h"
+#include "app/screens/settings.h"
 #include "companies/screens/company.h"
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
 #include "support/qt/screen_fixture.h"
+#include "ui/colour_field.h"
 
 namespace {
 
@@ -176,6 +179,18 @@ TEST(MainWindow, ShowsCompanyAndPublisher) {
   EXPECT_TRUE(email.startsWith("Email : "));
   EXPECT_TRUE(email.contains("mailto:ajutor@declarix.example?subject="));
   EXPECT_TRUE(open.window().menuBar()->styleSheet().contains("#ffffc0"));  // 12648447 is 0xC0FFFF: blue first
+}
+
+TEST(MainWindow, TakesTheMenuColourAsSoonAsSettingsAreConfirmed) {
+  OpenDesktop open;
+  QTimer::singleShot(0, [] {
+    auto* settings = Shown<app::Frm_Setari>();
+    ASSERT_NE(settings, nullptr);
+    ScreenFixture::Get<ui::ColourField>(*settings, "Culori_Meniu_Color").SetColour(0x00336699);
+    ScreenFixture::Click(*settings, "CmdOK");
+  });
+  open.window().action("SETARI_GENERALE")->trigger();
+  EXPECT_TRUE(open.window().menuBar()->styleSheet().contains("#996633"));
 }
 
 TEST(MainWindow, ClosingByAnyRouteRunsTheExitActionOnce) {
