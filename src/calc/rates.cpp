@@ -54,4 +54,10 @@ void AddRate(session::Session& session, std::string_view Cod_Moneda, store::Date
   transaction.Commit();
 }
 
+store::Date LatestRateDay(const session::Session& session) {
+  constexpr int kDaysAhead = 7;
+  const platform::LocalTime now = session.host.clock.Now();
+  return {platform::ToSerial({now.year, now.month, now.day, 0, 0, 0}) + kDaysAhead};
+}
+
 }  // namespace calc

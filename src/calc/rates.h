@@ -18,4 +18,7 @@ float Curs_Schimb(session::Session& session, const store::Value& Cod_Moneda, con
 void AddRate(session::Session& session, std::string_view Cod_Moneda, store::Date date, double Curs_Schimb,
              int Multiplicator);
 
+/// Rates dated after this day are slips: the table would count as current until that day comes.
+store::Date LatestRateDay(const session::Session& session);
+
 }  // namespace calc

@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "calc/rates.h"
 #include "calc/rounding/rounding.h"
 #include "platform/encoding.h"
 #include "platform/spreadsheet/text_value.h"
@@ -12,7 +13,6 @@ namespace {
 constexpr char kWhere[] = "CursSchimb_Actualizare";
 constexpr char kNewestRate[] = "SELECT MAX(Valid_La_Data) FROM Rate_Schimb";
 constexpr std::size_t kNamedRows = 20;  ///< a file that is wrong throughout need not fill the log
-constexpr int kDaysAhead = 7;  ///< a later day is a slip, which would keep the table "current" until then
 
 double DayOf(const platform::LocalTime& time) {
   return platform::ToSerial({time.year, time.month, time.day, 0, 0, 0});
@@ -56,7 +56,7 @@ class RatesUpdate {
     if (!Fetch() || !TakeNewer()) return false;
     const std::optional<store::Date> newest = ShowNewest();
     if (!newest) return false;
-    host_.files.Replace(marker_, "Actualizat:" + store::DateIso(*newest) + "\r\n");
+    PassOverFile([&] { host_.files.Replace(marker_, "Actualizat:" + store::DateIso(*newest) + "\r\n"); });
     return true;
   }
 
@@ -70,13 +70,22 @@ class RatesUpdate {
     return MarkerDay(host_.files.Read(marker_)) >= LastWorkingDay(today_) ? Marker::kCurrent : Marker::kDue;
   }
 
+  void PassOverFile(const std::function<void()>& step) {
+    try {
+      step();
+    } catch (const platform::FileError& error) {
+      host_.errors.Write(kWhere, error.what());
+    }
+  }
+
   /// Only what has just been fetched counts: the file of before has been taken already and becomes the
   /// backup.
   bool Fetch() {
-    if (host_.files.Exists(file_)) {
+    PassOverFile([&] {
+      if (!host_.files.Exists(file_)) return;
       host_.files.Copy(file_, folder_ + "curs_old.txt");
       host_.files.Remove(file_);
-    }
+    });
     const platform::DownloadRequest request{
         platform::AddressBelow(session_.settings.www, "curs_bnr/curs.txt"), file_};
     return download_(request.Text(), IsRatesFile) && host_.files.Exists(file_);
@@ -124,7 +133,7 @@ class RatesUpdate {
     const double multiplier = row["Raport"].ToDouble();
     if (store::IsEmpty(currency) || !rate || *rate <= 0 || multiplier < 1)
       return Refuse(row, "valoare gresita");
-    if (day.days > today_ + kDaysAhead) return Refuse(row, "data in viitor");
+    if (day.days > LatestRateDay(session_).days) return Refuse(row, "data in viitor");
     try {
       table.AddNew();
       table.Set("Cod_Moneda", currency);

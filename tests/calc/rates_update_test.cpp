@@ -158,6 +158,15 @@ TEST_F(RatesUpdateTest, AFileWithoutOneGoodRowLeavesTheMarker) {
   EXPECT_TRUE(requests_.empty()) << "no company, no table to update";
 }
 
+TEST_F(RatesUpdateTest, AFileThatCannotBeWrittenDoesNotKeepTheRatesAway) {
+  at_.files().Replace(kFile, "EUR;2026-03-02;4.95;1\r\n");
+  at_.files().refuses = [&](std::string_view path) { return path == kOld || path == kMarker; };
+  ExpectShown("13.03.2026");
+  EXPECT_TRUE(Update());
+  EXPECT_EQ(Rows(), 5);
+  EXPECT_EQ(at_.machine.errors.count(), 2);
+}
+
 TEST_F(RatesUpdateTest, RatesAreReadAlikeWhateverTheUsersDecimalSeparator) {
   at_.session.decimal_comma = true;
   ExpectShown("13.03.2026");
