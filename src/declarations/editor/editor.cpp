@@ -124,6 +124,8 @@ bool Editor::Refresh() {
   return Load("");
 }
 
+bool Editor::ReadAgain() { return SaveLine() && Reload(); }
+
 bool Editor::Filter(const Condition& condition) {
   return IsComplete(condition) && SaveLine() && Load(TextOf(condition));
 }
@@ -186,7 +188,10 @@ const store::Recordset& Editor::At(int row) const {
   return reader_;
 }
 
-store::Value Editor::ValueAt(int row, int column) const { return At(row).Get(column); }
+store::Value Editor::ValueAt(int row, int column) const {
+  if (row < 0 || row >= row_count()) return {};
+  return At(row).Get(column);
+}
 
 std::string Editor::TextAt(int row, int column) const {
   return TypedText(ValueAt(row, column), decimal_mark_);
@@ -207,7 +212,7 @@ std::optional<std::string> Editor::WhyNot(int row, int column) const {
 
 const CodeBook::Entry* Editor::CodeAt(int row, int column) const {
   const tariff::CodeCheck* codes = columns_[Index(column)].codes;
-  if (codes == nullptr || row >= row_count()) return nullptr;
+  if (codes == nullptr) return nullptr;
   const store::Value value = ValueAt(row, column);
   return store::IsEmpty(value) ? nullptr : &codes_.Look(*codes, value.ToText());
 }
@@ -226,9 +231,7 @@ std::string Editor::CodeDescription(int row, int column) const {
 
 // --- what the checker found
 
-bool Editor::Flagged(int row) const {
-  return probleme_ >= 0 && row < row_count() && ValueAt(row, probleme_).ToInteger() != 0;
-}
+bool Editor::Flagged(int row) const { return probleme_ >= 0 && ValueAt(row, probleme_).ToInteger() != 0; }
 
 std::string Editor::ProblemText(int row, int column) const {
   if (record_id_ < 0 || !Flagged(row)) return "";

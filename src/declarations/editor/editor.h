@@ -79,11 +79,11 @@ class Editor {
   // --- lines on show
 
   const std::vector<EditorColumn>& columns() const { return columns_; }
-  int ColumnOf(std::string_view field) const;  ///< -1 where there is none
-  int row_count() const;                       ///< a line just begun counts
-  store::Value ValueAt(int row, int column) const;
-  std::string TextAt(int row, int column) const;  ///< to type over, and to copy
-  bool CanEdit(int row, int column) const;        ///< row_count() is the line to begin
+  int ColumnOf(std::string_view field) const;       ///< -1 where there is none
+  int row_count() const;                            ///< a line just begun counts
+  store::Value ValueAt(int row, int column) const;  ///< Null in a row that is not there
+  std::string TextAt(int row, int column) const;    ///< to type over, and to copy
+  bool CanEdit(int row, int column) const;          ///< row_count() is the line to begin
   /// What is wrong with a cell's code ("Moneda: codul 'XYZ' nu exista"); empty where nothing is.
   std::string CodeProblem(int row, int column) const;
   /// Description of a cell's code; empty where it is unknown or the column has none.
@@ -93,7 +93,8 @@ class Editor {
 
   // --- loading and order
 
-  bool Refresh();  ///< CmdRefresh: all lines, without filter; also after the calculation screens
+  bool Refresh();    ///< CmdRefresh: all lines, without filter
+  bool ReadAgain();  ///< the same lines, after other screens have changed them; the filter stays
   /// CmdFilter. An empty condition shows all.
   bool Filter(const Condition& condition);
   bool filtered() const { return !condition_text_.empty(); }
@@ -105,7 +106,7 @@ class Editor {
 
   // --- editing
 
-  /// A cell as typed. A row of row_count() begins a line.
+  /// A cell as typed. A row of row_count() begins a line, unless the text is empty.
   EditResult SetText(int row, int column, std::string_view text);
   EditResult CopyAbove(int row, int column);
   /// Begins a line with its default values; its row. -1 where it cannot be (said so).
@@ -121,7 +122,8 @@ class Editor {
   /// After a question that names how many.
   bool DeleteLines(const std::vector<int>& rows);
   /// A tab-separated block, its first cell going to `row` and columns[0], the next to columns[1], …: the
-  /// columns as the screen shows them. Lines are begun as needed. One transaction.
+  /// columns as the screen shows them. Lines are begun as needed. One transaction, which a cancelled progress
+  /// undoes.
   PasteResult Paste(int row, const std::vector<int>& columns, std::string_view text);
 
   // --- commands
@@ -182,7 +184,7 @@ class Editor {
   bool RefuseWriting();                                          ///< true, having said so, in view mode
   /// Makes `row` the pending line, beginning it where it is a new one; why that cannot be.
   std::optional<std::string> Enter(int row);
-  void BeginLine();
+  void BeginLine();  ///< throws store::Error, leaving nothing pending
   /// On the pending line.
   EditResult Put(int column, const store::Value& value);
   EditResult PutText(int column, std::string_view text);

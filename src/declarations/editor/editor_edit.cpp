@@ -53,7 +53,11 @@ std::optional<std::string> Editor::Enter(int row) {
   if (row == pending_row_) return std::nullopt;
   if (!SaveLine()) return "Linia inceputa nu s-a putut salva";
   if (row == row_count()) {
-    BeginLine();
+    try {
+      BeginLine();
+    } catch (const store::Error& error) {
+      return error.what();
+    }
     return std::nullopt;
   }
   lines_.set_position(row);
@@ -88,7 +92,7 @@ EditResult Editor::PutText(int column, std::string_view text) {
 
 EditResult Editor::SetText(int row, int column, std::string_view text) {
   if (const std::optional<std::string> why_not = WhyNot(row, column)) return {false, *why_not};
-  if (row < row_count() && text == TextAt(row, column)) return {};
+  if (text == TextAt(row, column)) return {};
   if (const std::optional<std::string> why_not = Enter(row)) return {false, *why_not};
   return PutText(column, text);
 }
@@ -104,12 +108,17 @@ EditResult Editor::CopyAbove(int row, int column) {
 
 void Editor::BeginLine() {
   const int row = row_count();
-  lines_.AddNew();
+  try {
+    lines_.AddNew();
+    rules_.FillNew(lines_);
+  } catch (const store::Error&) {
+    lines_.CancelUpdate();
+    throw;
+  }
   pending_row_ = row;
   is_new_ = true;
   touched_ = false;
   amounts_before_ = {};
-  rules_.FillNew(lines_);
 }
 
 int Editor::NewLine() {
@@ -118,7 +127,10 @@ int Editor::NewLine() {
     session_->host.prompter.Error(kCannotAdd);
     return -1;
   }
-  BeginLine();
+  if (const std::optional<std::string> why_not = Enter(row_count())) {
+    session_->host.prompter.Error(*why_not);
+    return -1;
+  }
   return pending_row_;
 }
 
@@ -197,9 +209,10 @@ bool Editor::SaveAgain() {
   }
   const std::vector<store::Value> values = LineValues(lines_);
   lines_.CancelUpdate();
+  ForgetPending();
   --expected_;
-  BeginLine();
   try {
+    BeginLine();
     SetLineValues(values);
     Store();
   } catch (const store::Error& error) {

@@ -17,25 +17,30 @@ PasteResult Editor::Paste(int row, const std::vector<int>& columns, std::string_
     return result;
   }
   const std::int64_t expected_before = expected_;
+  std::size_t pasted = 0;
   try {
     store::Transaction transaction(session_->company);
     for (std::size_t i = 0; i < block.size(); ++i) {
       if (block.size() > kShowProgressFrom) {
         session_->host.progress.Update("Lipire linii ..... ", static_cast<int>(i * 100 / block.size()));
+        if (session_->host.progress.Cancelled()) break;
       }
       row += PasteLine(row, columns, block[i], result) ? 1 : 0;
+      pasted = i + 1;
     }
-    transaction.Commit();
-    result.done = true;
+    if (pasted == block.size()) {
+      transaction.Commit();
+      result.done = true;
+    }
   } catch (const store::Error& error) {
     session::ShowError(*session_, error);
-    result = {};
     CancelLine();
-    descriptions_.reset();
-    expected_ = expected_before;
-    Reload();  // the rows in memory are ahead of what was undone
   }
-  return result;
+  if (result.done) return result;
+  descriptions_.reset();
+  expected_ = expected_before;
+  Reload();  // the rows in memory are ahead of what was undone
+  return {};
 }
 
 bool Editor::PasteLine(int row, const std::vector<int>& columns, const std::vector<std::string>& cells,

@@ -55,7 +55,10 @@ void LineRules::FillNew(store::Recordset& lines) const {
   Put(lines, probleme_, 0);
   const session::DefaultValues& defaults = session_->defaults;
   const auto fill = [&](int field, const std::string& value) {
-    if (!store::IsEmpty(value)) Put(lines, field, value);
+    // A default that does not fit its column is left out.
+    if (!store::IsEmpty(value)) {
+      store::PassOver(session_->host.errors, "Frm_INTRASTAT", [&] { Put(lines, field, value); });
+    }
   };
   if (identity_.arrivals()) {
     fill(tara_dest_, "RO");

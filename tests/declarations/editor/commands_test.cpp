@@ -236,6 +236,17 @@ TEST_F(EditorTest, ABlockIsPastedThroughTheSameRules) {
                                  columns[1], columns[2]));
 }
 
+TEST_F(EditorTest, ACancelledPasteIsUndone) {
+  AddLine();
+  Editor& editor = Open();
+  std::string block;
+  for (int i = 0; i < 600; ++i) block += "nou\n";
+  at.machine.progress.cancelled = true;
+  EXPECT_FALSE(editor.Paste(0, {editor.ColumnOf("Descriere")}, block).done);
+  EXPECT_EQ(Stored("SELECT COUNT(*), MAX(Descriere) FROM Intrastat"), "1|");
+  EXPECT_EQ(editor.row_count(), 1);
+}
+
 TEST_F(EditorTest, APasteThatTheDatabaseRefusesChangesNothing) {
   const std::int64_t first = AddLine({{"Net", 1.0}});
   const std::int64_t second = AddLine({{"Net", 2.0}});

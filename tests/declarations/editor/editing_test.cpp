@@ -41,7 +41,10 @@ TEST_F(EditorTest, ATypedLineFillsWhatFollowsAndIsSavedWhenLeft) {
 
 TEST_F(EditorTest, ADispatchStartsInRomania) {
   at.session.defaults.O_Tara_Dest = "IT";
+  at.session.defaults.O_Nat_Tranz = "1.1.1";  // does not fit
   Editor& editor = Open(Editor::Mode::kModify, "O");
+  MustType(0, "UM", "");  // passing through the row behind the last begins nothing
+  EXPECT_EQ(editor.row_count(), 0);
   editor.NewLine();
   EXPECT_EQ(Text(0, "Tara_Exp") + Text(0, "Tara_Dest"), "ROIT");
   EXPECT_EQ(editor.columns()[static_cast<std::size_t>(editor.ColumnOf("VAT_ID"))].caption, "Dest TVA cod");
