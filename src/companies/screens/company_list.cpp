@@ -32,7 +32,8 @@ Frm_Firme::Frm_Firme(ui::Context& screen_context, QWidget* parent)
   Try([this] { companies_ = ListCompanies(session()); });
   connect(search, &QLineEdit::textChanged, this, &Frm_Firme::ShowList);
   connect(list_, &QListWidget::currentRowChanged, this, &Frm_Firme::ShowChosen);
-  connect(list_, &QListWidget::itemActivated, this, [this] { confirm_button()->click(); });
+  // Enter in the list reaches the default button by itself.
+  connect(list_, &QListWidget::itemDoubleClicked, this, [this] { confirm_button()->click(); });
   ShowList({});
   list_->setFocus();
   if (!companies_.empty()) ShowMessage(QStringLiteral("Enter sau dublu clic deschide firma aleasa"));

@@ -62,6 +62,27 @@ TEST(CompanySelection, FiltersByNameOrCode) {
   EXPECT_TRUE(screen.isVisible());
 }
 
+TEST(CompanySelection, OpensOnceByEnterAndByDoubleClick) {
+  for (const bool by_mouse : {false, true}) {
+    Selection on;
+    companies::Frm_Firme screen(on.context, nullptr);
+    screen.show();
+    auto& list = on.Get<QListWidget>(screen, "Nume_Firma");
+    int accepted = 0;
+    QObject::connect(&screen, &QDialog::accepted, [&accepted] { ++accepted; });
+    list.setCurrentRow(0);
+    if (by_mouse) {
+      const QPoint at = list.visualItemRect(list.item(0)).center();
+      QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at);  // the first of the two
+      QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at);
+    } else {
+      QTest::keyClick(&list, Qt::Key_Return);
+    }
+    EXPECT_EQ(accepted, 1) << by_mouse;
+    EXPECT_EQ(on.at.session.current.Cod_Fiscal, "RO11");
+  }
+}
+
 TEST(CompanySelection, AMissingFileKeepsScreenAndCompany) {
   Selection on;
   on.at.files().Remove(Installation::InDataBase("RO11.mdb"));
