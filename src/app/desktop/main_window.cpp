@@ -4,6 +4,7 @@
 #include <QDesktopServices>
 #include <QMenuBar>
 #include <QScreen>
+#include <QShortcut>
 #include <QUrl>
 
 #include "app/desktop/desktop.h"
@@ -112,7 +113,8 @@ void MainWindow::BuildMenu() {
     });
     actions_[command.key] = action;
   }
-  action("AJUTOR_AJUTOR")->setShortcut(QKeySequence(Qt::Key_F1));
+  connect(new QShortcut(QKeySequence(Qt::Key_F1), this), &QShortcut::activated, this,
+          [this] { desktop_->context().open_manual(ui::Utf8(objectName())); });
 }
 
 void MainWindow::BuildPage() {
@@ -183,11 +185,11 @@ void MainWindow::Refresh() {
   company_->setText(Q(session.current.Nume_Firma));
   code_->setText(QStringLiteral("Cod de inregistrare fiscala ") + Q(session.current.Cod_Fiscal));
   phone_->setText(QStringLiteral("Telefon : ") + Q(session.publisher.Telefon));
+  phone_->setVisible(!session.publisher.Telefon.empty());
   const QString address = Q(session.publisher.Email);
-  email_->setText(address.isEmpty()
-                      ? QStringLiteral("Email : ")
-                      : QStringLiteral("Email : <a href=\"mailto:%1?subject=\" style=\"color:%2\">%1</a>")
-                            .arg(address.toHtmlEscaped(), kAccent.name()));
+  email_->setText(QStringLiteral("Email : <a href=\"mailto:%1?subject=\" style=\"color:%2\">%1</a>")
+                      .arg(address.toHtmlEscaped(), kAccent.name()));
+  email_->setVisible(!address.isEmpty());
   for (const Command& command : CommandTable()) {
     QAction* entry = action(command.key);
     if (entry == nullptr) continue;
