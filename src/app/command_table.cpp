@@ -1,4 +1,5 @@
 #include "app/commands.h"
+#include "tariff/levels.h"
 
 namespace app {
 namespace {
@@ -7,7 +8,17 @@ using enum CommandKind;
 using Headings = std::array<std::string_view, 5>;
 
 constexpr Headings kCodes = {"COD", "DESCRIERE "};  // the reference lists have a blank at the end
-constexpr Headings kLevels = {"COD", "DESCRIERE"};
+
+constexpr Command TariffLevel(std::string_view key, std::string_view caption, const tariff::Level& level) {
+  return {.key = key,
+          .caption = caption,
+          .parent = "TARIF",
+          .kind = kTariff,
+          .title = level.title,
+          .query = level.query,
+          .headings = level.headings,
+          .link = level.link};
+}
 
 constexpr Command kTable[] = {
     {.key = "INTRASTAT", .caption = "Declaratii &Intrastat"},
@@ -24,46 +35,11 @@ constexpr Command kTable[] = {
     {.key = "CURS_MANUAL", .caption = "Introducere manuala", .parent = "CURS"},
 
     {.key = "TARIF", .caption = "Tarif &Vamal", .kind = kSubMenu},
-    {.key = "TARIF_SECTIUNI",
-     .caption = "Sectiuni",
-     .parent = "TARIF",
-     .kind = kTariff,
-     .title = "SECTIUNI -",
-     .query = "SELECT [HS1_COD], [HS1_DESC] FROM [HS_1] ORDER BY [HS1_COD]",
-     .headings = kLevels,
-     .link = "Legatura Capitole"},
-    {.key = "TARIF_CAPITOLE",
-     .caption = "Capitole",
-     .parent = "TARIF",
-     .kind = kTariff,
-     .title = "CAPITOLE -",
-     .query = "SELECT [HS2_COD], [HS2_DESC] FROM [HS_2] ORDER BY [HS2_COD]",
-     .headings = kLevels,
-     .link = "Legatura Grupe"},
-    {.key = "TARIF_GRUPE",
-     .caption = "Grupe (4)",
-     .parent = "TARIF",
-     .kind = kTariff,
-     .title = "GRUPE -",
-     .query = "SELECT [HS4_COD], [HS4_DESC] FROM [HS_4] ORDER BY [HS4_COD]",
-     .headings = kLevels,
-     .link = "Legatura HS6"},
-    {.key = "TARIF_HS6",
-     .caption = "HS (6)",
-     .parent = "TARIF",
-     .kind = kTariff,
-     .title = "HS 6 -",
-     .query = "SELECT [HS6_COD], [HS6_DESC] FROM [HS_6] ORDER BY [HS6_COD]",
-     .headings = kLevels,
-     .link = "Legatura Cod vamal"},
-    {.key = "TARIF_CODVAMAL",
-     .caption = "Cod vamal (8+4)",
-     .parent = "TARIF",
-     .kind = kTariff,
-     .title = "Cod Vamal -",
-     .query = "SELECT [HS8_COD],[HS12_COD], [DESCRIERE],[UM_SUPL], [AN_START] FROM [HS_8] WHERE [AN_END] IS "
-              "NULL ORDER BY [HS12_COD]",
-     .headings = {"COD 8", "COD 12", "DESCRIERE", "UM SUPL", "AN"}},
+    TariffLevel("TARIF_SECTIUNI", "Sectiuni", tariff::kLevels[0]),
+    TariffLevel("TARIF_CAPITOLE", "Capitole", tariff::kLevels[1]),
+    TariffLevel("TARIF_GRUPE", "Grupe (4)", tariff::kLevels[2]),
+    TariffLevel("TARIF_HS6", "HS (6)", tariff::kLevels[3]),
+    TariffLevel("TARIF_CODVAMAL", "Cod vamal (8+4)", tariff::kLevels[4]),
 
     {.key = "TABELE", .caption = "&Tabele referinta", .kind = kSubMenu},
     {.key = "TABELE_TARI",
