@@ -224,6 +224,7 @@ bool Editor::SaveAgain() {
 
 std::vector<store::Value> Editor::LineValues(const store::Recordset& line) const {
   std::vector<store::Value> values;
+  values.reserve(Index(line.field_count()));
   for (int i = 0; i < line.field_count(); ++i) values.push_back(line.Get(i));
   return values;
 }
