@@ -143,14 +143,18 @@ class GridPrinter {
     }
   }
 
-  int RowHeight(const QFontMetrics& metrics, const QFont&, int row) const {
+  static int LinesOf(const QFontMetrics& metrics, int height) {
+    return (height + metrics.lineSpacing() / 2) / metrics.lineSpacing();
+  }
+
+  int RowHeight(const QFontMetrics& metrics, int row) const {
     int lines = 1;
     for (std::size_t i = 0; i < widths_.size(); ++i) {
       const QString text = TextOf(row, i);
       const int room = widths_[i] - 2 * pad_;
       if (metrics.horizontalAdvance(text) + Slack() <= room) continue;
       const int height = metrics.boundingRect(QRect(0, 0, room, 1 << 24), kWrap, text).height();
-      lines = std::max(lines, std::min((height + line_ - 1) / line_, kMostLines));
+      lines = std::max(lines, std::min(LinesOf(metrics, height), kMostLines));
     }
     return lines * line_ + pad_;
   }
@@ -162,7 +166,7 @@ class GridPrinter {
       const int height =
           heading.boundingRect(QRect(0, 0, widths_[i] - 2 * pad_, 1 << 24), kWrap, ColumnAt(i).caption)
               .height();
-      lines = std::max(lines, (height + line_ - 1) / line_);
+      lines = std::max(lines, LinesOf(heading, height));
     }
     return lines * line_ + pad_;
   }
@@ -180,7 +184,7 @@ class GridPrinter {
     for (int row = 0; row < rows; ++row) {
       if (row % 256 == 0 && Stopped("Pregatire pagini", static_cast<int>(std::int64_t{row} * 50 / rows)))
         return false;
-      const int height = RowHeight(metrics, font_, row);
+      const int height = RowHeight(metrics, row);
       if (used + height > room && row > page_starts_.back()) {
         page_starts_.push_back(row);
         used = 0;

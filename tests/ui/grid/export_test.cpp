@@ -62,9 +62,11 @@ TEST_F(Export, FailingAndCancelledRunsLeaveTheEarlierFile) {
 }
 
 TEST_F(Export, LongTextsWrapOverPages) {
+  store::Transaction lines(at.at.session.company);
   for (int i = 0; i < 300; ++i) {
     at.at.Run(fmt::format("INSERT INTO Proba (Descriere, Valoare) VALUES ('Rand lung {}', {})", i, i));
   }
+  lines.Commit();
   model.SetRows(at.at.session.company.Query(
       "SELECT ID, Data, Descriere & ' ' & Descriere & ' ' & Descriere & ' ' & Descriere & ' ' & Descriere & "
       "' ' & "
