@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QTableView>
 
 #include "ui/context.h"
@@ -90,7 +91,7 @@ class Grid : public QTableView {
 
   Context* context_;
   QString name_, empty_text_;
-  GridModel* model_ = nullptr;
+  QPointer<GridModel> model_;
   GridDelegate* delegate_;
   bool editable_ = false;    ///< some column is
   bool own_widths_ = false;  ///< the user has set widths

@@ -218,7 +218,7 @@ class GridPrinter {
       title.setPointSizeF(bold_.pointSizeF() * 1.4);
       painter.setFont(title);
       painter.drawText(QRect(0, 0, PageWidth(), 2 * line_), int{Qt::AlignLeft} | Qt::AlignVCenter,
-                       content_.title.trimmed());
+                       content_.title);
       painter.setFont(font_);
       const platform::LocalTime now = session_.host.clock.Now();
       painter.drawText(QRect(0, 0, PageWidth(), 2 * line_), int{Qt::AlignRight} | Qt::AlignVCenter,

@@ -184,9 +184,10 @@ std::string ListScreen::AskForFile(const QString& caption, const QString& filter
   for (const QChar c : windowTitle()) name += QStringLiteral("\\/:*?\"<>|").contains(c) ? QChar(' ') : c;
   while (name.endsWith('-') || name.endsWith(' ')) name.chop(1);
   std::string folder = session().settings.DirectorSalvare;
-  if (folder == "\\" || !files.FolderExists(folder))
-    folder = files.drives().FromHost(QDir::homePath().toStdString()) + "\\";
-  const QString start = QString::fromStdString(files.ToHost(folder + Utf8(name + extension)).string());
+  if (folder == "\\" || !files.FolderExists(folder)) {
+    folder = files.drives().FromHost(std::filesystem::path(QDir::homePath().toStdU16String())) + "\\";
+  }
+  const QString start = QString::fromStdU16String(files.ToHost(folder + Utf8(name + extension)).u16string());
   QString chosen = QFileDialog::getSaveFileName(this, caption, start, filter);
   if (chosen.isEmpty()) return {};
   if (!chosen.endsWith(extension, Qt::CaseInsensitive)) chosen += extension;
