@@ -75,12 +75,9 @@ CodeBox::CodeBox(QWidget* parent) : QComboBox(parent) {
     if (std::count_if(list_.lines.begin(), list_.lines.end(), begins) > 1) return;
     QTimer::singleShot(0, completion_view_, &QWidget::hide);
   });
+  // Chosen from the list or from the completions.
   connect(this, &QComboBox::activated, this, [this] {
     lineEdit()->selectAll();
-    Q_EMIT CodeChanged();
-  });
-  connect(completer, qOverload<const QString&>(&QCompleter::activated), this, [this](const QString& text) {
-    lineEdit()->setText(text);
     Q_EMIT CodeChanged();
   });
 }

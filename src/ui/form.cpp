@@ -431,7 +431,7 @@ bool Form::eventFilter(QObject* watched, QEvent* event) {
         break;
       }
       QWidget* next = QApplication::focusWidget();
-      if (next == cancel_ && cancel_ != nullptr) break;
+      if (next != nullptr && (next == cancel_ || next->window() != this)) break;  // a list is a window too
       checking_ = true;
       if (!check->second()) {
         field->setFocus(Qt::OtherFocusReason);
