@@ -178,10 +178,11 @@ TotalsRow* ListScreen::totals_row() {
   return totals_row_;
 }
 
-std::string ListScreen::AskForFile(const QString& caption, const QString& filter, const QString& extension) {
+std::string ListScreen::AskForFile(const QString& title, const QString& caption, const QString& filter,
+                                   const QString& extension) {
   platform::Files& files = session().host.files;
   QString name;
-  for (const QChar c : windowTitle()) name += QStringLiteral("\\/:*?\"<>|").contains(c) ? QChar(' ') : c;
+  for (const QChar c : title) name += QStringLiteral("\\/:*?\"<>|").contains(c) ? QChar(' ') : c;
   while (name.endsWith('-') || name.endsWith(' ')) name.chop(1);
   std::string folder = session().settings.DirectorSalvare;
   if (folder == "\\" || !files.FolderExists(folder)) {
@@ -203,28 +204,36 @@ bool ListScreen::SaveSpreadsheet(const std::string& windows_path) {
 }
 
 void ListScreen::ExportSpreadsheet() {
-  const std::string path = AskForFile(QStringLiteral("Export in Excel"), QStringLiteral("Excel (*.xlsx)"),
-                                      QStringLiteral(".xlsx"));
+  const std::string path = AskForFile(windowTitle(), QStringLiteral("Export in Excel"),
+                                      QStringLiteral("Excel (*.xlsx)"), QStringLiteral(".xlsx"));
   if (!path.empty()) SaveSpreadsheet(path);
 }
 
 bool ListScreen::PrintTo(QPrinter& printer) {
-  if (grid_->grid_model() == nullptr) return false;
-  if (!PrintGrid(session(), {grid_->grid_model(), grid_->visible_columns(), report_title_}, printer))
-    return false;
+  return grid_->grid_model() != nullptr && PrintTo(printer, ReportContent());
+}
+
+bool ListScreen::PrintTo(QPrinter& printer, const GridContent& content) {
+  if (!PrintGrid(session(), content, printer)) return false;
   ShowStatus(QStringLiteral("Trimis la imprimanta"));
   return true;
 }
 
 bool ListScreen::SavePdf(const std::string& windows_path) {
-  if (grid_->grid_model() == nullptr) return false;
-  if (!WritePdf(session(), {grid_->grid_model(), grid_->visible_columns(), report_title_}, windows_path))
-    return false;
+  return grid_->grid_model() != nullptr && SavePdf(windows_path, ReportContent());
+}
+
+bool ListScreen::SavePdf(const std::string& windows_path, const GridContent& content) {
+  if (!WritePdf(session(), content, windows_path)) return false;
   ShowFile(windows_path);
   return true;
 }
 
 void ListScreen::Print() {
+  if (grid_->grid_model() != nullptr) Print(ReportContent());
+}
+
+void ListScreen::Print(const GridContent& content) {
   QMenu menu(this);
   const QAction* to_printer =
       menu.addAction(Icon(QStringLiteral("tipareste")), QStringLiteral("&Imprimanta..."));
@@ -236,11 +245,12 @@ void ListScreen::Print() {
   if (chosen == to_printer) {
     QPrinter printer(QPrinter::HighResolution);
     QPrintDialog dialog(&printer, this);
-    if (dialog.exec() == QDialog::Accepted) PrintTo(printer);
+    if (dialog.exec() == QDialog::Accepted) PrintTo(printer, content);
   } else if (chosen == to_file) {
     const std::string path =
-        AskForFile(QStringLiteral("Salvare PDF"), QStringLiteral("PDF (*.pdf)"), QStringLiteral(".pdf"));
-    if (!path.empty()) SavePdf(path);
+        AskForFile(content.title == report_title_ ? windowTitle() : content.title,
+                   QStringLiteral("Salvare PDF"), QStringLiteral("PDF (*.pdf)"), QStringLiteral(".pdf"));
+    if (!path.empty()) SavePdf(path, content);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "ui/grid.h"
+#include "ui/grid_export.h"
 #include "ui/screen.h"
 
 class QHBoxLayout;
@@ -66,6 +67,8 @@ class ListScreen : public Screen {
 
   /// Asks where to: a printer or a PDF file.
   void Print();
+  /// The same for what is not the list itself.
+  void Print(const GridContent& content);
   bool PrintTo(QPrinter& printer);
   bool SavePdf(const std::string& windows_path);
   /// Asks for the file.
@@ -73,11 +76,15 @@ class ListScreen : public Screen {
   bool SaveSpreadsheet(const std::string& windows_path);
 
  private:
-  /// A file name made of the window's title, in the folder that the settings name for saving; empty where the
-  /// user gives up.
-  std::string AskForFile(const QString& caption, const QString& filter, const QString& extension);
+  /// A file name made of the title, in the folder that the settings name for saving; empty where the user
+  /// gives up.
+  std::string AskForFile(const QString& title, const QString& caption, const QString& filter,
+                         const QString& extension);
   /// Tells what was written, with a link that opens it.
   void ShowFile(const std::string& windows_path);
+  bool PrintTo(QPrinter& printer, const GridContent& content);
+  bool SavePdf(const std::string& windows_path, const GridContent& content);
+  GridContent ReportContent() { return {grid_->grid_model(), grid_->visible_columns(), report_title_}; }
 
   CommandRow* commands_ = nullptr;
   Grid* grid_ = nullptr;
