@@ -21,18 +21,6 @@ std::string OpenVersions() {
   return fmt::format("SELECT {}Anul_End IS NULL AND Luna_End IS NULL", kVersionColumns);
 }
 
-std::string ItemQuery(const Identity& identity, bool detailed) {
-  const std::string filter = IdentityFilter(identity);
-  if (detailed) {
-    return fmt::format("{},VAT_ID1,Country_VAT_ID FROM Intrastat_Sursa_Generare_Detaliu{}", kItemColumns,
-                       filter);
-  }
-  if (!identity.arrivals() && identity.Anul >= 2015) {
-    return fmt::format("{}, VAT_ID1,Country_VAT_ID FROM Intrastat_Sursa_Generare_O{}", kItemColumns, filter);
-  }
-  return fmt::format("{} FROM Intrastat_Sursa_Generare{} ORDER BY Cod_NC", kItemColumns, filter);
-}
-
 /// Reads the item query's rows without copying texts where they are texts already.
 class ItemReader {
  public:
@@ -107,6 +95,18 @@ void WriteItems(session::Session& session, const ExportRequest& request, XmlWrit
 }
 
 }  // namespace
+
+std::string ItemQuery(const Identity& identity, bool detailed) {
+  const std::string filter = IdentityFilter(identity);
+  if (detailed) {
+    return fmt::format("{},VAT_ID1,Country_VAT_ID FROM Intrastat_Sursa_Generare_Detaliu{}", kItemColumns,
+                       filter);
+  }
+  if (!identity.arrivals() && identity.Anul >= 2015) {
+    return fmt::format("{}, VAT_ID1,Country_VAT_ID FROM Intrastat_Sursa_Generare_O{}", kItemColumns, filter);
+  }
+  return fmt::format("{} FROM Intrastat_Sursa_Generare{} ORDER BY Cod_NC", kItemColumns, filter);
+}
 
 CodeVersions ReadCodeVersions(session::Session& session, const Identity& identity) {
   CodeVersions versions;

@@ -50,6 +50,9 @@ struct ExportResult {
 ExportResult ExportDeclaration(session::Session& session, ExportRequest& request,
                                const ExportCallbacks& callbacks);
 
+/// The query of a declaration's items, in the file's order: lines one by one, or aggregated.
+std::string ItemQuery(const Identity& identity, bool detailed);
+
 // Shared with the nil declaration.
 
 /// The version row of the period, as the common database holds it; empty where there is none.

@@ -24,8 +24,17 @@ std::optional<Identity> DialogIdentity(session::Session& session, const AddDialo
     complete = false;
   }
   if (!complete) return std::nullopt;
+  const int year = Number(dialog.Txt_Anul), month = Number(dialog.Txt_Luna);
+  if (year < 2000 || year > 2099) {
+    session.host.prompter.Error(fmt::format("Anul {} nu este intre 2000 si 2099", dialog.Txt_Anul));
+    return std::nullopt;
+  }
+  if (month < 1 || month > 12) {
+    session.host.prompter.Error(fmt::format("Luna {} nu exista", dialog.Txt_Luna));
+    return std::nullopt;
+  }
   return Identity{platform::ToUpper(dialog.Txt_Fel) == "ACHIZITIE" ? "I" : "O", session.current.Cod_Fiscal,
-                  Number(dialog.Txt_Anul), Number(dialog.Txt_Luna)};
+                  year, month};
 }
 
 std::optional<EditorOpening> ConfirmDeclaration(session::Session& session, const AddDialog& dialog) {
@@ -70,6 +79,9 @@ ExportResult WriteNilDeclaration(session::Session& session, const Identity& iden
   Review review;
   review.LookAt(versions);
   review.LookAt(header);
+  const store::Value lines = session.company.Scalar("SELECT COUNT(*) FROM Intrastat" + EditorFilter(identity))
+                                 .value_or(store::Value());
+  if (lines.ToInteger() > 0) review.HasLines(lines.ToInteger());
   const std::string path = folder + DeclarationFileName(header.TXT_CodFiscal, identity, Kind::kNil);
   return Finish(session, path, writer.text(), review.findings(), callbacks);
 }

@@ -19,9 +19,12 @@ struct EditorOpening {
   Identity identity;
   bool modify = false;  ///< the declaration has lines already
   std::string title;    ///< "Modificare Declaratie : I - 2026 / 3"
+  /// The dialog named a declaring agent, whose data stand in the file of last-used values.
+  bool Check_Dec_Tert = false;
 };
 
-/// Checks the dialog's fields, each missing one being shown; the identity where all are there.
+/// Checks the dialog's fields, each missing one being shown; the identity where all are there. A year or
+/// month that no calendar has is refused too.
 std::optional<Identity> DialogIdentity(session::Session& session, const AddDialog& dialog);
 
 /// Confirming the dialog: nothing where a field is missing. An existing declaration is said to exist and
@@ -32,8 +35,8 @@ std::optional<EditorOpening> ConfirmDeclaration(session::Session& session, const
 /// its first blank, missing name and position get stand-ins.
 Header NilHeader(session::Session& session);
 
-/// Writes the nil declaration of a month without trade. Nothing is written to the database, and the lines
-/// that a month may have are not looked at.
+/// Writes the nil declaration of a month without trade. Nothing is written to the database. Lines that the
+/// month has all the same are a finding for the review.
 ExportResult WriteNilDeclaration(session::Session& session, const Identity& identity, const Header& header,
                                  const ExportCallbacks& callbacks);
 

@@ -29,6 +29,11 @@ class Review {
   /// `order` from 1, as the file numbers the items.
   void LookAt(const Item& item, int order, bool with_statistical_value, bool with_partner);
   void NoItems() { Add("declaratia", "nu are nici o pozitie"); }
+  /// A month about to be declared as one without trade has lines.
+  void HasLines(std::int64_t count) {
+    Add("declaratia", "este nula, dar luna are " + std::to_string(count) +
+                          (count == 1 ? " linie introdusa" : " linii introduse"));
+  }
 
   const std::vector<Finding>& findings() const { return findings_; }
 

@@ -22,7 +22,9 @@ std::string ColumnOf(std::string_view text) {
 }  // namespace
 
 LineProblems::LineProblems(std::string_view report) {
+  int at = -1;
   for (const std::string& line : platform::SplitLines(report)) {
+    ++at;
     if (!line.starts_with(kPosition)) {
       // A value with a line end in it goes on in the next line; before the first problem stands the heading.
       if (!problems_.empty() && !line.empty()) problems_.back().text += " " + line;
@@ -31,6 +33,7 @@ LineProblems::LineProblems(std::string_view report) {
     const std::string_view rest = std::string_view(line).substr(kPosition.size());
     const std::size_t end = rest.find(' ');
     LineProblem& problem = problems_.emplace_back();
+    problem.report_line = at;
     problem.Record_ID = store::Value(rest.substr(0, end)).ToInteger();
     if (end == std::string_view::npos) continue;
     std::string_view text = rest.substr(end + 1);

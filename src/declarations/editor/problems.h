@@ -11,8 +11,9 @@ namespace declarations {
 /// A line of the checker's report.
 struct LineProblem {
   std::int64_t Record_ID = 0;
-  std::string column;  ///< the field to go to
-  std::string text;    ///< without the position in front: "Tara_Exp = XX ===> NU EXISTA SAU NU ESTE TARA UE"
+  std::string column;   ///< the field to go to
+  std::string text;     ///< without the position in front: "Tara_Exp = XX ===> NU EXISTA SAU NU ESTE TARA UE"
+  int report_line = 0;  ///< of the report, from 0
 };
 
 /// The problems of a declaration, as the last check reported them.

@@ -42,12 +42,25 @@ const std::vector<ListColumn>& DeclarationList::columns() {
 
 bool DeclarationList::Open() { return Read(order_); }
 
-bool DeclarationList::Sort() { return Read(" ORDER BY [Anul] DESC, [Luna] DESC"); }
+bool DeclarationList::Sort() {
+  column_order_.clear();
+  return Read(" ORDER BY [Anul] DESC, [Luna] DESC");
+}
+
+void DeclarationList::SortBy(int column, bool descending) {
+  column_order_.clear();
+  if (column >= 0) {
+    column_order_ =
+        fmt::format("[{}]{}", columns()[static_cast<std::size_t>(column)].field, descending ? " DESC" : "");
+  }
+  if (rows_.field_count() > 0) rows_.SetSort(column_order_);
+}
 
 bool DeclarationList::Read(std::string_view order) {
   try {
     store::Recordset rows = session_->company.Query(std::string(kSelect) + std::string(order));
     rows.SetFilter(filter_);
+    rows.SetSort(column_order_);
     rows_ = std::move(rows);
   } catch (const store::Error& error) {
     session::ShowError(*session_, error);
@@ -72,6 +85,25 @@ std::optional<Identity> DeclarationList::Selected(int row) const {
   rows_.set_position(row);
   return Identity{rows_["TIP"].ToText(), session_->current.Cod_Fiscal,
                   static_cast<int>(rows_["Anul"].ToInteger()), static_cast<int>(rows_["Luna"].ToInteger())};
+}
+
+int DeclarationList::RowOf(const Identity& identity) const {
+  for (int row = 0; row < row_count(); ++row) {
+    rows_.set_position(row);
+    if (rows_["TIP"].ToText() == identity.TIP && rows_["Anul"].ToInteger() == identity.Anul &&
+        rows_["Luna"].ToInteger() == identity.Luna) {
+      return row;
+    }
+  }
+  return -1;
+}
+
+EditorOpening DeclarationList::Opening(const Identity& identity, bool view) {
+  EditorOpening opening;
+  opening.identity = identity;
+  opening.modify = true;
+  opening.title = view ? ViewTitle(identity) : ModifyTitle(identity);
+  return opening;
 }
 
 std::string DeclarationList::ModifyTitle(const Identity& identity) {

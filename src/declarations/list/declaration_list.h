@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "declarations/lines/lines.h"
+#include "declarations/nil.h"
 #include "session/session.h"
 #include "store/recordset.h"
 
@@ -35,6 +35,8 @@ class DeclarationList {
 
   bool Open();  ///< reads the list; a filter on show stays
   bool Sort();  ///< the same, newest first
+  /// By one column, over whatever order the list was read in; -1 takes that away again.
+  void SortBy(int column, bool descending);
 
   static const std::vector<ListColumn>& columns();  ///< in the grid's order
   int row_count() const { return static_cast<int>(rows_.record_count()); }
@@ -45,8 +47,12 @@ class DeclarationList {
 
   /// The declaration of a row; "Selectati un document" where there is no such row (-1: nothing selected).
   std::optional<Identity> Selected(int row) const;
+  int RowOf(const Identity& identity) const;                 ///< -1 where it is not shown
   static std::string ModifyTitle(const Identity& identity);  ///< "Modificare Declaratie : I / 2026 / 3"
   static std::string ViewTitle(const Identity& identity);
+
+  /// What the editor opens with.
+  static EditorOpening Opening(const Identity& identity, bool view);
 
   /// Deletes all lines of the declaration after a question; true when the list changed.
   bool Delete(int row);
@@ -72,7 +78,7 @@ class DeclarationList {
   session::Session* session_;
   std::string decimal_mark_;
   mutable store::Recordset rows_;
-  std::string order_, filter_;
+  std::string order_, filter_, column_order_;
 };
 
 }  // namespace declarations
