@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+
+#include "declarations/nil.h"
+#include "ui/form.h"
+
+namespace declarations {
+
+/// Names the declaration to work on, or writes the nil declaration of a month without trade. Accepted with
+/// opening() set once a declaration is named; nil declarations are written from within and leave the dialog
+/// open for the other flow.
+class Frm_Intrastat_Add : public ui::Form {
+  Q_OBJECT
+ public:
+  enum class Purpose { kDeclaration, kNil };  ///< which of the two commands Enter runs
+
+  Frm_Intrastat_Add(ui::Context& context, Purpose purpose, QWidget* parent);
+
+  const std::optional<EditorOpening>& opening() const { return opening_; }
+
+ private:
+  void AddPeriod();
+  void AddAgent();
+  AddDialog Typed() const;
+  bool WithAgent() const;
+  void SwitchAgent(bool on);
+  void ShowPlaces();
+  void FollowPlace();
+  /// The agent's fields into a header; keeps them as last used.
+  void TakeAgent(Header& header);
+  void FocusMissing();
+  void Confirm();
+  void AddNula();
+
+  struct Place {
+    QString code, name, county;
+  };
+  std::vector<Place> places_;
+  std::vector<QWidget*> agent_fields_;
+  std::optional<EditorOpening> opening_;
+};
+
+/// Shows the dialog; the declaration to open, nothing where it was left otherwise.
+std::optional<EditorOpening> AskForDeclaration(ui::Context& context, QWidget* parent,
+                                               Frm_Intrastat_Add::Purpose purpose);
+
+}  // namespace declarations
