@@ -4,6 +4,7 @@
 #include <QStandardItemModel>
 #include <QTimer>
 #include <QTreeView>
+#include <QValidator>
 #include <QWheelEvent>
 
 namespace ui {
@@ -51,6 +52,15 @@ void FitColumns(QTreeView* list, int code_width, int description_width, bool nam
   list->header()->resizeSection(kCodeColumn, code_width);
   list->setMinimumWidth((names ? 0 : code_width) + description_width);
 }
+
+class Capitals : public QValidator {
+ public:
+  using QValidator::QValidator;
+  State validate(QString& input, int&) const override {
+    input = input.toUpper();
+    return Acceptable;
+  }
+};
 
 }  // namespace
 
@@ -116,6 +126,8 @@ void CodeBox::ShowDescriptions(bool on) {
   show_descriptions_ = on;
   SetList(std::move(list_));
 }
+
+void CodeBox::TypeCapitals() { setValidator(new Capitals(this)); }
 
 QString CodeBox::code() const {
   const QString typed = currentText();

@@ -22,6 +22,9 @@ class CodeBox : public QComboBox {
   /// Lists of names (counties, towns): the field shows the description and code() answers the code behind it.
   void ShowDescriptions(bool on);
 
+  /// For lists whose codes are all in capitals: what is typed becomes capitals.
+  void TypeCapitals();
+
   QString code() const;
   void SetCode(const QString& code);
   /// Description of the code now in the field; empty where it is unknown.

@@ -21,8 +21,10 @@ Frm_Curs::Frm_Curs(ui::Context& screen_context, const RateEntry& entry, std::opt
   setWindowTitle(changed_ ? QStringLiteral("Modificare curs valutar") : QStringLiteral("Curs valutar nou"));
   ui::CodeList currencies;
   Try([&] { currencies = ui::CodeList::Read(session().company, kCurrencyChoices); });
-  AddCode(QStringLiteral("Cod_Moneda"), QStringLiteral("&Moneda"), std::move(currencies), 5,
-          QStringLiteral("Codul monedei, asa cum este in tabela Monezi; Alt+sageata jos arata lista"));
+  ui::CodeBox* currency =
+      AddCode(QStringLiteral("Cod_Moneda"), QStringLiteral("&Moneda"), std::move(currencies), 5,
+              QStringLiteral("Codul monedei, asa cum este in tabela Monezi; Alt+sageata jos arata lista"));
+  currency->TypeCapitals();
   auto* day = AddText(QStringLiteral("Valid_La_Data"), QStringLiteral("&Data cursului"), 10,
                       QStringLiteral("Ziua pentru care este publicat cursul (zz.ll.aaaa); se aplica "
                                      "documentelor din zilele urmatoare"));
@@ -40,20 +42,17 @@ Frm_Curs::Frm_Curs(ui::Context& screen_context, const RateEntry& entry, std::opt
   if (entry.Valid_La_Data) SetText(QStringLiteral("Valid_La_Data"), Q(store::DateText(*entry.Valid_La_Data)));
   SetText(QStringLiteral("Curs_Schimb"), NumberText(entry.Curs_Schimb, ui::Format::kRate));
   SetText(QStringLiteral("Multiplicator"), NumberText(entry.Multiplicator, ui::Format::kWhole));
-  OnLeave(QStringLiteral("Cod_Moneda"), [this] { return LeaveCurrency(); });
-  if (changed_) findChild<QWidget*>(QStringLiteral("Curs_Schimb"))->setFocus();
-  GuardChanges();
-}
-
-bool Frm_Curs::LeaveCurrency() {
-  const QString code = Text(QStringLiteral("Cod_Moneda")).trimmed().toUpper();
-  SetText(QStringLiteral("Cod_Moneda"), code);
-  if (!changed_ && !code.isEmpty()) {
-    Try([&] {
-      SetText(QStringLiteral("Multiplicator"), QString::number(UsualMultiplier(session(), ui::Utf8(code))));
+  if (!changed_) {
+    connect(currency, &ui::CodeBox::CodeChanged, this, [this, currency] {
+      if (currency->description().isEmpty()) return;  // not yet a currency
+      Try([&] {
+        const int usual = UsualMultiplier(session(), ui::Utf8(currency->code()));
+        SetText(QStringLiteral("Multiplicator"), QString::number(usual));
+      });
     });
   }
-  return true;  // an unknown code is told when the rate is confirmed
+  if (changed_) findChild<QWidget*>(QStringLiteral("Curs_Schimb"))->setFocus();
+  GuardChanges();
 }
 
 RateEntry Frm_Curs::Typed() const {

@@ -15,7 +15,6 @@ class Frm_Curs : public ui::Form {
 
  private:
   RateEntry Typed() const;
-  bool LeaveCurrency();
   void Confirm();
 
   std::optional<RateKey> changed_;

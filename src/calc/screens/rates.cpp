@@ -71,8 +71,8 @@ Frm_Curs_Manual::Frm_Curs_Manual(ui::Context& screen_context, std::function<void
   connect(grid(), &ui::Grid::Activated, this, [this](int row) { Try([&] { Edit(KeyAt(row)); }); });
   auto* refresh = new QShortcut(QKeySequence(Qt::Key_F5), this);
   connect(refresh, &QShortcut::activated, this, [this] { Try([this] { Reload(); }); });
+  ShowEmptyText();
   SetModel(model_);
-  Reload();
   if (model_->Rows() > 0) grid()->SelectRow(0, 0);
 }
 
@@ -90,6 +90,7 @@ void Frm_Curs_Manual::AddFilterRow() {
   currency_ = new ui::CodeBox(row);
   currency_->setObjectName(QStringLiteral("Combo_Moneda"));
   currency_->setFixedWidth(currency_->fontMetrics().horizontalAdvance(QStringLiteral("MMMM")) + 48);
+  currency_->TypeCapitals();
   Try([this] { currency_->SetList(ui::CodeList::Read(session().company, kCurrencyChoices)); });
   add(QStringLiteral("M&oneda"), currency_);
   connect(currency_, &ui::CodeBox::CodeChanged, this, [this] {
@@ -133,7 +134,7 @@ std::optional<store::Date> Frm_Curs_Manual::DayIn(QLineEdit* field) {
 void Frm_Curs_Manual::ApplyFilter() {
   ShowStatus({});
   const RateFilter before = filter_;
-  filter_ = {ui::Utf8(currency_->code().trimmed().toUpper()), DayIn(from_), DayIn(to_)};
+  filter_ = {ui::Utf8(currency_->code().trimmed()), DayIn(from_), DayIn(to_)};
   if (RateCondition(before) != RateCondition(filter_)) Reload();
 }
 
@@ -144,7 +145,7 @@ void Frm_Curs_Manual::ClearFilter() {
   ApplyFilter();
 }
 
-void Frm_Curs_Manual::Reload() {
+void Frm_Curs_Manual::ShowEmptyText() {
   grid()->SetEmptyText(
       filter_.IsEmpty()
           ? QStringLiteral("Aici apar cursurile valutare ale firmei. \"Preia fisier BNR...\" le aduce din "
@@ -152,6 +153,10 @@ void Frm_Curs_Manual::Reload() {
                            "\"Adauga\" scrie un curs.")
           : QStringLiteral("Nu exista cursuri pentru moneda si datele alese. \"Toate cursurile\" arata din "
                            "nou intreaga lista."));
+}
+
+void Frm_Curs_Manual::Reload() {
+  ShowEmptyText();
   model_->SetRows(ListRates(session(), filter_));
 }
 
@@ -159,12 +164,9 @@ RateKey Frm_Curs_Manual::KeyAt(int row) const {
   return {model_->ValueAt(row, kCurrency).ToText(), model_->ValueAt(row, kDay).ToDate()};
 }
 
-std::vector<RateKey> Frm_Curs_Manual::Selected() const {
+std::vector<RateKey> Frm_Curs_Manual::Selected() {
   std::vector<RateKey> keys;
-  const ui::GridModel* model = model_;
-  for (const int row : const_cast<Frm_Curs_Manual*>(this)->grid()->selected_rows()) {
-    if (row < model->Rows()) keys.push_back(KeyAt(row));
-  }
+  for (const int row : grid()->selected_rows()) keys.push_back(KeyAt(row));
   return keys;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calc/manual_rates.h"
+#include "ui/code_box.h"
 #include "ui/list_screen.h"
 
 namespace calc {
@@ -25,9 +26,10 @@ class Frm_Curs_Manual : public ui::ListScreen {
   /// Reads the filter's fields and shows what it lets through, where it has changed.
   void ApplyFilter();
   void ClearFilter();
+  void ShowEmptyText();
   std::optional<store::Date> DayIn(QLineEdit* field);
 
-  std::vector<RateKey> Selected() const;
+  std::vector<RateKey> Selected();
   RateKey KeyAt(int row) const;
   void Select(const RateKey& key);
   void Edit(const std::optional<RateKey>& key);
