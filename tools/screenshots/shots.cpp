@@ -2,6 +2,9 @@
 #include <QTabWidget>
 
 #include "app/screens/settings.h"
+#include "calc/rates.h"
+#include "calc/screens/rate_form.h"
+#include "calc/screens/rates.h"
 #include "companies/screens/company.h"
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
@@ -83,6 +86,43 @@ void SettingsTabs(Desk& desk) {
   }
 }
 
+/// Two weeks of rates that move a little from day to day.
+void FillRates(session::Session& session) {
+  const struct {
+    const char* currency;
+    double rate;
+    int multiplier;
+  } kRates[] = {{"CHF", 5.4312, 1},   {"CZK", 0.2089, 1}, {"EUR", 5.0925, 1}, {"GBP", 5.8704, 1},
+                {"HUF", 1.3142, 100}, {"PLN", 1.1987, 1}, {"USD", 4.3621, 1}};
+  for (int day = 2; day <= 13; ++day) {
+    if (day == 7 || day == 8) continue;  // a weekend
+    for (const auto& one : kRates) {
+      calc::AddRate(session, one.currency, {platform::ToSerial({2026, 3, day, 0, 0, 0})},
+                    one.rate * (1 + (day % 5 - 2) * 0.0007), one.multiplier);
+    }
+  }
+}
+
+void Rates(Desk& desk) {
+  desk.Shoot<calc::Frm_Curs_Manual>(QStringLiteral("goala"), {}, [] {});
+  FillRates(desk.session());
+  desk.Shoot<calc::Frm_Curs_Manual>({}, {}, [] {});
+  desk.Shoot<calc::Frm_Curs_Manual>(
+      QStringLiteral("filtru"),
+      [](calc::Frm_Curs_Manual& screen) {
+        test_support::ScreenFixture::Type(screen, "Combo_Moneda", QStringLiteral("EUR"));
+        test_support::ScreenFixture::Type(screen, "TxtDeLa", QStringLiteral("09.03.2026"));
+        screen.grid()->setFocus();
+      },
+      [] {});
+}
+
+void OneRate(Desk& desk) {
+  FillRates(desk.session());
+  calc::Frm_Curs form(desk.on.context, calc::NewRate(desk.session(), "HUF"), std::nullopt, nullptr);
+  desk.Grab(form);
+}
+
 }  // namespace
 
 std::vector<Shot> Shots() {
@@ -97,6 +137,8 @@ std::vector<Shot> Shots() {
       {"Frm_Firma_Default", [](Desk& desk) { desk.Shoot<companies::Frm_Firma_Default>(); }},
       {"Frm_Firma_Default", OpenChoiceList},
       {"Frm_Setari", SettingsTabs},
+      {"Frm_Curs_Manual", Rates},
+      {"Frm_Curs", OneRate},
   };
 }
 

@@ -17,6 +17,8 @@ using ui::Q;
 
 namespace {
 
+constexpr char kNothingChosen[] = "Alegeti intai un curs din lista";
+
 enum Columns { kCurrency, kName, kDay, kRate, kMultiplier };
 
 std::vector<ui::Column> GridColumns() {
@@ -52,7 +54,8 @@ Frm_Curs_Manual::Frm_Curs_Manual(ui::Context& screen_context, std::function<void
   commands()->Add(
       QStringLiteral("CmdModifica"), QStringLiteral("&Modifica"), QStringLiteral("modifica"),
       [this] {
-        if (grid()->current_row() >= 0) Edit(KeyAt(grid()->current_row()));
+        const int row = grid()->current_row();
+        row >= 0 ? Edit(KeyAt(row)) : ShowStatus(QString::fromLatin1(kNothingChosen));
       },
       QKeySequence(Qt::Key_F2));
   commands()->AddSeparator();
@@ -204,7 +207,8 @@ void Frm_Curs_Manual::Edit(const std::optional<RateKey>& key) {
 void Frm_Curs_Manual::Delete() {
   const std::vector<RateKey> keys = Selected();
   const int row = grid()->current_row();
-  if (keys.empty() || !DeleteRates(session(), keys)) return;
+  if (keys.empty()) ShowStatus(QString::fromLatin1(kNothingChosen));
+  if (!DeleteRates(session(), keys)) return;
   Reload();
   if (model_->Rows() > 0) grid()->SelectRow(std::clamp(row, 0, model_->Rows() - 1), 0);
   ShowStatus(QStringLiteral("Cursuri sterse: %1").arg(keys.size()));
