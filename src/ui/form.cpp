@@ -48,10 +48,9 @@ void PutText(QWidget* field, const QString& text) {
 
 /// Fields that cannot be typed in look like the ground they stand on.
 void ShowReadOnly(QLineEdit* field) {
-  QPalette palette = field->palette();
-  const QPalette standard = QApplication::palette(field);
-  const auto role = field->isReadOnly() ? QPalette::Window : QPalette::Base;
-  palette.setColor(QPalette::Base, standard.color(role));
+  QPalette palette;  // without roles of its own: the system's, also when that turns dark
+  if (field->isReadOnly())
+    palette.setColor(QPalette::Base, QApplication::palette(field).color(QPalette::Window));
   field->setPalette(palette);
 }
 
@@ -404,6 +403,15 @@ void Form::resizeEvent(QResizeEvent* event) {
   }
   message_->setMinimumHeight(height);
   Screen::resizeEvent(event);
+}
+
+void Form::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) {
+    for (QWidget* field : fields_) {
+      if (auto* line = qobject_cast<QLineEdit*>(field)) ShowReadOnly(line);
+    }
+  }
+  Screen::changeEvent(event);
 }
 
 bool Form::eventFilter(QObject* watched, QEvent* event) {

@@ -92,6 +92,7 @@ class Form : public Screen {
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   QVBoxLayout* body() { return outer_; }
 
  private:

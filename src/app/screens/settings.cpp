@@ -51,7 +51,8 @@ Frm_Setari::Frm_Setari(ui::Context& screen_context, QWidget* parent)
 
   AddTab(QStringLiteral("Fol&dere"));
   AddFolder(QStringLiteral("FileLocation_DataBase"), QStringLiteral("&Baze de date"),
-            QStringLiteral("Folderul cu Comun.mdb si bazele de date ale firmelor"));
+            QStringLiteral("Folderul cu Comun.mdb si bazele de date ale firmelor; firmele se deschid "
+                           "din el de la urmatoarea pornire"));
   AddFolder(QStringLiteral("FileLocation_System"), QStringLiteral("&Sistem"),
             QStringLiteral("Folderul cu CursBNR, Verificare si celelalte foldere ale programului"));
   AddFolder(QStringLiteral("FileLocation_ReportDefinitionPath"), QStringLiteral("Definitii ra&poarte"),

@@ -56,9 +56,10 @@ void Frm_Firme::ShowList(const QString& part) {
   }
   ShowChosen();
   empty_->setVisible(list_->count() == 0);
-  empty_->setText(companies_.empty()
-                      ? QStringLiteral("Aici apar firmele.\nMeniul Firme - Creare Firma adauga prima firma.")
-                      : QStringLiteral("Nicio firma nu contine textul cautat."));
+  empty_->setText(
+      companies_.empty()
+          ? QStringLiteral("Aici apar firmele.\nComanda Firme Meniu - Creare Firma adauga prima firma.")
+          : QStringLiteral("Nicio firma nu contine textul cautat."));
 }
 
 void Frm_Firme::ShowChosen() {

@@ -17,6 +17,9 @@ Frm_Firma_Default::Frm_Firma_Default(ui::Context& screen_context, QWidget* paren
     transactions = ui::CodeList::Read(company, kTransactionChoices);
     transports = ui::CodeList::Read(company, kTransportChoices);
   });
+  for (ui::CodeList::Line& line : transactions.lines) {
+    if (line.code.endsWith('.')) line.code.chop(1);  // filed and stored without the dot
+  }
   const auto add = [&](const char* prefix, const char* column, const char* label, const ui::CodeList& list) {
     AddCode(QString::fromLatin1(prefix) + QString::fromLatin1(column), QString::fromLatin1(label), list, 6,
             QStringLiteral("Se completeaza la liniile noi si la cele preluate din Excel; Alt+sageata jos "

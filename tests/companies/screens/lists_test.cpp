@@ -133,6 +133,8 @@ TEST(DefaultsScreen, StoresAndTakesEffectAtOnce) {
   EXPECT_EQ(on.Get<QLabel>(screen, "I_Tara_Exp_Descriere").text(), "Germania");
   on.Type(screen, "O_Tara_Dest", "ZZ");
   EXPECT_EQ(on.Get<QLabel>(screen, "O_Tara_Dest_Descriere").text(), "cod necunoscut");
+  on.Type(screen, "O_Nat_Tranz", "8");  // one without second digit
+  EXPECT_TRUE(on.Get<QLabel>(screen, "O_Nat_Tranz_Descriere").text().startsWith("Materiale"));
   screen.SetText("I_Incoterms", "");
   on.Click(screen, "CmdOK");
   EXPECT_FALSE(screen.isVisible());
@@ -140,6 +142,7 @@ TEST(DefaultsScreen, StoresAndTakesEffectAtOnce) {
   EXPECT_EQ(on.at.session.defaults.I_Tara_Exp, "DE");
   EXPECT_EQ(on.at.session.defaults.O_Tara_Dest, "ZZ");
   EXPECT_EQ(on.at.session.defaults.I_Incoterms, "CPT");
+  EXPECT_EQ(on.at.session.defaults.O_Nat_Tranz, "8");
   EXPECT_THAT(test_support::SharedMnemonics(screen), testing::IsEmpty());
 }
 
