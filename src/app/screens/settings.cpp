@@ -69,7 +69,7 @@ Frm_Setari::Frm_Setari(ui::Context& screen_context, QWidget* parent)
   AddTick(QStringLiteral("Diverse_VerificaNet"), QStringLiteral("Verificarea greutatii &nete"),
           QStringLiteral("La verificarea declaratiei se controleaza si greutatea neta"));
   AddTick(QStringLiteral("Diverse_ValoriRotunjite"), QStringLiteral("Valori ro&tunjite"),
-          QStringLiteral("La verificarea declaratiei valorile trebuie sa fie numere intregi"));
+          QStringLiteral("La verificarea declaratiei valorile se rotunjesc la lei intregi"));
   AddText(QStringLiteral("Diverse_www"), QStringLiteral("Adresa &web"), 44,
           QStringLiteral("Adresa de baza pentru cursuri si versiuni noi"));
   SetButtons(QStringLiteral("&OK-Retine datele"), [this] { Confirm(); });
