@@ -2,6 +2,7 @@
 #include <QPrinter>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <functional>
 #include <numeric>
 
 #include "ui/grid_export.h"
@@ -14,10 +15,17 @@
 namespace ui {
 namespace {
 
-constexpr double kFontPoints[] = {9, 8, 7};
-constexpr int kMeasuredRows = 2000;  // evenly chosen, of longer lists
-constexpr int kMostLines = 12;       // of a wrapped cell
-constexpr int kWrap = Qt::TextWordWrap | Qt::TextWrapAnywhere;
+constexpr double kFontPoints[] = {9, 8, 7, 6, 5.5};
+constexpr std::size_t kPlainFonts = 3;  // the first ones, tried before any text is wrapped
+constexpr int kMeasuredRows = 2000;     // evenly chosen, of longer lists
+constexpr int kMostLines = 12;          // of a wrapped cell
+constexpr int kNarrowText = 14;         // characters that a text column keeps where it has as many
+constexpr int kLongWord = 24;           // longer words may be broken
+
+/// A column's width: what its longest text takes, and what it can do with where texts are wrapped.
+struct Width {
+  int natural = 0, least = 0;
+};
 
 class GridPrinter {
  public:
@@ -26,15 +34,11 @@ class GridPrinter {
 
   /// False where the run was given up or the printer refused.
   bool Run() {
-    MeasureColumns(QFont(), kFontPoints[0]);
-    const auto wanted = [this] { return std::accumulate(natural_.begin(), natural_.end(), 0); };
-    if (wanted() > PageWidth() && printer_.pageLayout().orientation() == QPageLayout::Portrait) {
+    MeasureColumns(kFontPoints[0]);
+    if (Wanted() > PageWidth() && printer_.pageLayout().orientation() == QPageLayout::Portrait) {
       printer_.setPageOrientation(QPageLayout::Landscape);
     }
-    for (const double points : kFontPoints) {
-      MeasureColumns(QFont(), points);
-      if (wanted() <= PageWidth()) break;
-    }
+    ChooseFont();
     FitColumns();
     if (!BreakPages()) return false;
     QPainter painter;
@@ -87,60 +91,95 @@ class GridPrinter {
     return content_.model->TextAt(row, content_.columns[i]).simplified();
   }
 
-  void MeasureColumns(QFont font, double points) {
-    font.setPointSizeF(points);
-    font_ = font;
-    bold_ = font;
-    bold_.setBold(true);
-    const QFontMetrics metrics(font_, &printer_), heading(bold_, &printer_);
-    line_ = metrics.height();
-    pad_ = Points(3);
-    natural_.clear();
-    const int rows = content_.model->Rows(), step = std::max(1, rows / kMeasuredRows);
-    for (std::size_t i = 0; i < content_.columns.size(); ++i) {
-      int width = heading.horizontalAdvance(ColumnAt(i).caption);
-      for (int row = 0; row < rows; row += step) {
-        const QString text = TextOf(row, i);
-        // Anything this long is wider than a page.
-        width = std::max(width, metrics.horizontalAdvance(text.left(400)));
-      }
-      natural_.push_back(width + 2 * pad_ + Slack());
+  int Wanted() const {
+    return std::accumulate(columns_.begin(), columns_.end(), 0,
+                           [](int sum, const Width& width) { return sum + width.natural; });
+  }
+  int Least() const {
+    return std::accumulate(columns_.begin(), columns_.end(), 0,
+                           [](int sum, const Width& width) { return sum + width.least; });
+  }
+
+  /// The largest font with which nothing is wrapped, else the largest with which words stay whole.
+  void ChooseFont() {
+    for (std::size_t i = 0; i < kPlainFonts; ++i) {
+      MeasureColumns(kFontPoints[i]);
+      if (Wanted() <= PageWidth()) return;
+    }
+    for (const double points : kFontPoints) {
+      MeasureColumns(points);
+      if (Least() <= PageWidth()) return;
     }
   }
 
-  /// Columns that are too wide for the page give way, the widest texts first; numbers keep their width. What
-  /// is left of the page goes to the widest text.
-  void FitColumns() {
-    widths_ = natural_;
-    const auto total = [this] { return std::accumulate(widths_.begin(), widths_.end(), 0); };
-    const int least = Points(36);
-    while (total() > PageWidth()) {
-      std::size_t widest = 0;
-      int second = least, most = 0;
-      for (std::size_t i = 0; i < widths_.size(); ++i) {
-        const int weight = RightAligned(ColumnAt(i).format) ? widths_[i] / 4 : widths_[i];
-        if (weight > most) {
-          second = std::max(most, least);
-          most = weight;
-          widest = i;
-        } else {
-          second = std::max(second, weight);
+  static int LongestWord(const QFontMetrics& metrics, const QString& text) {
+    int longest = 0;
+    for (const QString& word : text.split(' ')) {
+      longest = std::max(longest, metrics.horizontalAdvance(word.left(kLongWord)));
+    }
+    return longest;
+  }
+
+  void MeasureColumns(double points) {
+    font_.setPointSizeF(points);
+    bold_ = font_;
+    bold_.setBold(true);
+    const QFontMetrics metrics(font_, &printer_), heading(bold_, &printer_);
+    line_ = metrics.height();
+    pad_ = Points(points / 3);
+    columns_.clear();
+    const int rows = content_.model->Rows(), step = std::max(1, rows / kMeasuredRows);
+    const int around = 2 * pad_ + Slack();
+    for (std::size_t i = 0; i < content_.columns.size(); ++i) {
+      const bool text_column = ColumnAt(i).format == Format::kText;
+      int widest = 0, longest_word = LongestWord(heading, ColumnAt(i).caption);
+      for (int row = 0; row < rows; row += step) {
+        const QString text = TextOf(row, i).left(400);  // anything this long is wider than a page
+        const int width = metrics.horizontalAdvance(text);
+        if (width > longest_word) {
+          longest_word = std::max(longest_word, text_column ? LongestWord(metrics, text) : width);
         }
+        widest = std::max(widest, width);
       }
-      const int excess = total() - PageWidth();
-      const int smaller = std::max(widths_[widest] - excess, std::min(second, widths_[widest] - 1));
-      if (smaller < Points(12)) break;  // more columns than a page can take
-      widths_[widest] = smaller;
+      Width width;
+      width.natural = std::max(widest, heading.horizontalAdvance(ColumnAt(i).caption)) + around;
+      const int narrow = text_column ? metrics.averageCharWidth() * kNarrowText : 0;
+      width.least = std::max(longest_word, std::min(widest, narrow)) + around;
+      columns_.push_back(width);
     }
-    std::size_t filler = widths_.size();
-    for (std::size_t i = 0; i < widths_.size(); ++i) {
-      if (ColumnAt(i).format != Format::kText) continue;
-      if (filler == widths_.size() || widths_[i] > widths_[filler]) filler = i;
+  }
+
+  /// What is left of the page goes to the widest text, or to the columns that had to give way.
+  void FitColumns() {
+    widths_.clear();
+    const int page = PageWidth(), wanted = Wanted(), least = Least();
+    if (wanted <= page) {
+      std::size_t filler = columns_.size();
+      for (std::size_t i = 0; i < columns_.size(); ++i) {
+        widths_.push_back(columns_[i].natural);
+        if (ColumnAt(i).format != Format::kText) continue;
+        if (filler == columns_.size() || columns_[i].natural > columns_[filler].natural) filler = i;
+      }
+      if (filler < columns_.size()) widths_[filler] += page - wanted;
+      return;
     }
-    if (filler < widths_.size() && total() < PageWidth()) widths_[filler] += PageWidth() - total();
-    if (total() > PageWidth()) {
-      for (int& width : widths_) width = static_cast<int>(std::int64_t{width} * PageWidth() / total());
+    for (const Width& width : columns_) {
+      const std::int64_t share = least > page ? std::int64_t{width.least} * page / least
+                                              : width.least + std::int64_t{width.natural - width.least} *
+                                                                  (page - least) / (wanted - least);
+      widths_.push_back(static_cast<int>(share));
     }
+  }
+
+  /// Words are broken only where one is wider than its cell.
+  static int WrapIn(const QFontMetrics& metrics, const QString& text, int room) {
+    for (const QString& word : text.split(' ')) {
+      if (metrics.horizontalAdvance(word) > room) return Qt::TextWrapAnywhere;
+    }
+    return Qt::TextWordWrap;
+  }
+  static int WrappedHeight(const QFontMetrics& metrics, const QString& text, int room) {
+    return metrics.boundingRect(QRect(0, 0, room, 1 << 24), WrapIn(metrics, text, room), text).height();
   }
 
   static int LinesOf(const QFontMetrics& metrics, int height) {
@@ -153,7 +192,7 @@ class GridPrinter {
       const QString text = TextOf(row, i);
       const int room = widths_[i] - 2 * pad_;
       if (metrics.horizontalAdvance(text) + Slack() <= room) continue;
-      const int height = metrics.boundingRect(QRect(0, 0, room, 1 << 24), kWrap, text).height();
+      const int height = WrappedHeight(metrics, text, room);
       lines = std::max(lines, std::min(LinesOf(metrics, height), kMostLines));
     }
     return lines * line_ + pad_;
@@ -163,9 +202,7 @@ class GridPrinter {
     const QFontMetrics heading(bold_, &printer_);
     int lines = 1;
     for (std::size_t i = 0; i < widths_.size(); ++i) {
-      const int height =
-          heading.boundingRect(QRect(0, 0, widths_[i] - 2 * pad_, 1 << 24), kWrap, ColumnAt(i).caption)
-              .height();
+      const int height = WrappedHeight(heading, ColumnAt(i).caption, widths_[i] - 2 * pad_);
       lines = std::max(lines, LinesOf(heading, height));
     }
     return lines * line_ + pad_;
@@ -196,12 +233,17 @@ class GridPrinter {
   }
 
   void PaintCells(QPainter& painter, int top, int height,
-                  const std::function<QString(std::size_t)>& text) const {
+                  const std::function<QString(std::size_t)>& text_of) const {
+    const QFontMetrics metrics = painter.fontMetrics();
     int left = 0;
     for (std::size_t i = 0; i < widths_.size(); ++i) {
       const QRect cell(left + pad_, top + pad_ / 2, widths_[i] - 2 * pad_, height - pad_ / 2);
+      const QString text = text_of(i);
       const int side = RightAligned(ColumnAt(i).format) ? Qt::AlignRight : Qt::AlignLeft;
-      painter.drawText(cell, side | int{Qt::AlignTop} | kWrap, text(i));
+      const int wrap = metrics.horizontalAdvance(text) + Slack() <= cell.width()
+                           ? int{Qt::TextSingleLine}
+                           : WrapIn(metrics, text, cell.width());
+      painter.drawText(cell, side | int{Qt::AlignTop} | wrap, text);
       left += widths_[i];
     }
   }
@@ -265,7 +307,8 @@ class GridPrinter {
   QPrinter& printer_;
   QFont font_, bold_;
   int line_ = 0, pad_ = 0;  // printer pixels, as all measures here
-  std::vector<int> natural_, widths_, heights_;
+  std::vector<Width> columns_;
+  std::vector<int> widths_, heights_;
   std::vector<int> page_starts_;
 };
 
