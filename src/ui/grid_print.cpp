@@ -22,9 +22,10 @@ constexpr int kMostLines = 12;          // of a wrapped cell
 constexpr int kNarrowText = 14;         // characters that a text column keeps where it has as many
 constexpr int kLongWord = 24;           // longer words may be broken
 
-/// A column's width: what its longest text takes, and what it can do with where texts are wrapped.
+/// A column's width: what its longest text takes, what it reads well with where texts are wrapped, and what
+/// its longest word or number takes.
 struct Width {
-  int natural = 0, least = 0;
+  int natural = 0, narrow = 0, least = 0;
 };
 
 class GridPrinter {
@@ -35,7 +36,7 @@ class GridPrinter {
   /// False where the run was given up or the printer refused.
   bool Run() {
     MeasureColumns(kFontPoints[0]);
-    if (Wanted() > PageWidth() && printer_.pageLayout().orientation() == QPageLayout::Portrait) {
+    if (Sum(&Width::natural) > PageWidth() && printer_.pageLayout().orientation() == QPageLayout::Portrait) {
       printer_.setPageOrientation(QPageLayout::Landscape);
     }
     ChooseFont();
@@ -91,24 +92,21 @@ class GridPrinter {
     return content_.model->TextAt(row, content_.columns[i]).simplified();
   }
 
-  int Wanted() const {
-    return std::accumulate(columns_.begin(), columns_.end(), 0,
-                           [](int sum, const Width& width) { return sum + width.natural; });
-  }
-  int Least() const {
-    return std::accumulate(columns_.begin(), columns_.end(), 0,
-                           [](int sum, const Width& width) { return sum + width.least; });
+  int Sum(int Width::*measure) const {
+    int sum = 0;
+    for (const Width& width : columns_) sum += width.*measure;
+    return sum;
   }
 
   /// The largest font with which nothing is wrapped, else the largest with which words stay whole.
   void ChooseFont() {
     for (std::size_t i = 0; i < kPlainFonts; ++i) {
       MeasureColumns(kFontPoints[i]);
-      if (Wanted() <= PageWidth()) return;
+      if (Sum(&Width::natural) <= PageWidth()) return;
     }
     for (const double points : kFontPoints) {
       MeasureColumns(points);
-      if (Least() <= PageWidth()) return;
+      if (Sum(&Width::narrow) <= PageWidth()) return;
     }
   }
 
@@ -143,8 +141,9 @@ class GridPrinter {
       }
       Width width;
       width.natural = std::max(widest, heading.horizontalAdvance(ColumnAt(i).caption)) + around;
-      const int narrow = text_column ? metrics.averageCharWidth() * kNarrowText : 0;
-      width.least = std::max(longest_word, std::min(widest, narrow)) + around;
+      const int readable = text_column ? metrics.averageCharWidth() * kNarrowText : 0;
+      width.least = longest_word + around;
+      width.narrow = std::max(longest_word, std::min(widest, readable)) + around;
       columns_.push_back(width);
     }
   }
@@ -152,7 +151,7 @@ class GridPrinter {
   /// What is left of the page goes to the widest text, or to the columns that had to give way.
   void FitColumns() {
     widths_.clear();
-    const int page = PageWidth(), wanted = Wanted(), least = Least();
+    const int page = PageWidth(), wanted = Sum(&Width::natural);
     if (wanted <= page) {
       std::size_t filler = columns_.size();
       for (std::size_t i = 0; i < columns_.size(); ++i) {
@@ -163,10 +162,13 @@ class GridPrinter {
       if (filler < columns_.size()) widths_[filler] += page - wanted;
       return;
     }
+    const bool roomy = Sum(&Width::narrow) <= page;
+    const auto from = roomy ? &Width::narrow : &Width::least, to = roomy ? &Width::natural : &Width::narrow;
+    const std::int64_t smaller = Sum(from), larger = Sum(to);
     for (const Width& width : columns_) {
-      const std::int64_t share = least > page ? std::int64_t{width.least} * page / least
-                                              : width.least + std::int64_t{width.natural - width.least} *
-                                                                  (page - least) / (wanted - least);
+      const std::int64_t share =
+          smaller >= page ? width.*from * page / smaller
+                          : width.*from + (width.*to - width.*from) * (page - smaller) / (larger - smaller);
       widths_.push_back(static_cast<int>(share));
     }
   }
