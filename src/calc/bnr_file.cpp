@@ -10,6 +10,7 @@
 namespace calc {
 namespace {
 
+constexpr double kHighestRate = 1e9;
 constexpr int kHighestMultiplier = 1'000'000;
 
 /// A name without its namespace prefix.
@@ -50,6 +51,9 @@ std::optional<int> MultiplierOf(const pugi::xml_attribute& attribute) {
   return static_cast<int>(*number);
 }
 
+/// A value as a message shows it: a damaged file may have anything in it, of any length.
+std::string_view Shown(std::string_view text) { return platform::Utf8Prefix(platform::Trim(text), 40); }
+
 class Reader {
  public:
   Reader(BnrFile& file, store::Date latest) : file_(file), latest_(latest) {}
@@ -60,7 +64,7 @@ class Reader {
     const auto rates = std::count_if(cube.begin(), cube.end(),
                                      [](const pugi::xml_node& node) { return IsNamed(node, "Rate"); });
     if (!day || day->days > latest_.days) {
-      file_.refused.push_back(fmt::format("ziua \"{}\" (cursuri: {}): {}", text, rates,
+      file_.refused.push_back(fmt::format("ziua \"{}\" (cursuri: {}): {}", Shown(text), rates,
                                           day ? "data este in viitor" : "data este gresita"));
       return;
     }
@@ -74,7 +78,8 @@ class Reader {
     const std::string currency(platform::Trim(rate.attribute("currency").value()));
     const std::string_view text = platform::Trim(rate.child_value());
     const auto refuse = [&](std::string_view reason) {
-      file_.refused.push_back(fmt::format("{} din {}: {}", currency.empty() ? "moneda fara cod" : currency,
+      file_.refused.push_back(fmt::format("{} din {}: {}",
+                                          currency.empty() ? "moneda fara cod" : Shown(currency),
                                           store::DateText(day), reason));
     };
     if (currency.size() != 3 ||
@@ -82,13 +87,15 @@ class Reader {
       return refuse("codul monedei este gresit");
     }
     const std::optional<double> value = store::ParseNumber(text);
-    if (!value) return refuse(fmt::format("cursul \"{}\" nu este un numar", text));
+    if (!value) return refuse(fmt::format("cursul \"{}\" nu este un numar", Shown(text)));
     const double rounded = Round(*value, 4);
     if (!std::isfinite(rounded) || rounded <= 0)
-      return refuse(fmt::format("cursul \"{}\" nu este mai mare ca zero", text));
+      return refuse(fmt::format("cursul \"{}\" nu este mai mare ca zero", Shown(text)));
+    if (rounded > kHighestRate) return refuse(fmt::format("cursul \"{}\" este prea mare", Shown(text)));
     const std::optional<int> multiplier = MultiplierOf(rate.attribute("multiplier"));
     if (!multiplier)
-      return refuse(fmt::format("multiplicatorul \"{}\" este gresit", rate.attribute("multiplier").value()));
+      return refuse(
+          fmt::format("multiplicatorul \"{}\" este gresit", Shown(rate.attribute("multiplier").value())));
     if (!seen_.emplace(day.days, currency).second) return refuse("apare de doua ori in fisier");
     file_.rates.push_back({currency, day, rounded, *multiplier});
   }
@@ -112,13 +119,14 @@ BnrFile ReadBnrFile(std::string& xml, store::Date latest) {
   const pugi::xml_node root = document.document_element();
   const std::string_view from = NamespaceOf(root);
   if (!IsNamed(root, "DataSet") || (from != "http://www.bnr.ro/xsd" && from != "https://www.bnr.ro/xsd")) {
-    file.error = fmt::format("nu este un fisier de cursuri al BNR (elementul radacina este {})", root.name());
+    file.error =
+        fmt::format("nu este un fisier de cursuri al BNR (elementul radacina este {})", Shown(root.name()));
     return file;
   }
   const pugi::xml_node body = Child(root, "Body");
   const std::string_view home = platform::Trim(Child(body, "OrigCurrency").child_value());
   if (!home.empty() && home != "RON") {
-    file.error = fmt::format("cursurile sunt exprimate in {}, nu in RON", home);
+    file.error = fmt::format("cursurile sunt exprimate in {}, nu in RON", Shown(home));
     return file;
   }
   Reader reader(file, latest);
