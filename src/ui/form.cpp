@@ -270,7 +270,6 @@ void Form::SetButtons(const QString& confirm, std::function<void()> on_confirm, 
 QPushButton* Form::AddCommand(const QString& name, const QString& caption, std::function<void()> on_click) {
   auto* button = new QPushButton(caption, this);
   button->setObjectName(name);
-  button->setAutoDefault(false);
   connect(button, &QPushButton::clicked, this, [this, action = std::move(on_click)] { Try(action); });
   int at = 0;
   while (buttons_->itemAt(at)->spacerItem() == nullptr) ++at;
@@ -414,6 +413,15 @@ void Form::changeEvent(QEvent* event) {
   Screen::changeEvent(event);
 }
 
+void Form::MoveOn() {
+  for (std::size_t i = 0; i <= fields_.size(); ++i) {  // a helping button may stand behind each
+    focusNextChild();
+    QWidget* next = focusWidget();
+    if (next == confirm_ || FieldOf(next) != nullptr || qobject_cast<QAbstractButton*>(next) == nullptr)
+      return;
+  }
+}
+
 bool Form::eventFilter(QObject* watched, QEvent* event) {
   QWidget* field = FieldOf(watched);
   if (field == nullptr) return Screen::eventFilter(watched, event);
@@ -456,7 +464,7 @@ bool Form::eventFilter(QObject* watched, QEvent* event) {
           box != nullptr && (box->view()->isVisible() ||
                              (box->completer() != nullptr && box->completer()->popup()->isVisible()));
       if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !list_open) {
-        focusNextChild();
+        MoveOn();
         return true;
       }
       break;

@@ -93,7 +93,6 @@ void Frm_Setari::AddFolder(const QString& name, const QString& label, const QStr
   AddText(name, label, 56, help);
   auto* browse = new QPushButton(this);
   browse->setObjectName(QStringLiteral("Cmd") + name.section('_', 1));
-  browse->setAutoDefault(false);
   browse->setIcon(ui::Icon(QStringLiteral("folder")));
   browse->setToolTip(QStringLiteral("Alege folderul"));
   connect(browse, &QPushButton::clicked, this, [this, name] { Browse(name); });

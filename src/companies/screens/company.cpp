@@ -38,7 +38,6 @@ Frm_Firma::Frm_Firma(ui::Context& screen_context, QWidget* parent)
           QStringLiteral(" Declaratie XML (intrastat) &detaliata (fara cumulare)"));
   auto* help = new QPushButton(this);
   help->setObjectName(QStringLiteral("CmdAjutorDetaliat"));
-  help->setAutoDefault(false);
   help->setFocusPolicy(Qt::TabFocus);  // a click on it is no leaving of the field
   help->setIcon(ui::Icon(QStringLiteral("intrebare")));
   help->setToolTip(QStringLiteral("Ce inseamna declaratie detaliata"));

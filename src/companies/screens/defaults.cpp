@@ -23,7 +23,8 @@ Frm_Firma_Default::Frm_Firma_Default(ui::Context& screen_context, QWidget* paren
   const auto add = [&](const char* prefix, const char* column, const char* label, const ui::CodeList& list) {
     AddCode(QString::fromLatin1(prefix) + QString::fromLatin1(column), QString::fromLatin1(label), list, 6,
             QStringLiteral("Se completeaza la liniile noi si la cele preluate din Excel; Alt+sageata jos "
-                           "arata lista"));
+                           "arata lista"))
+        ->TypeCapitals();
   };
   AddColumn();
   AddSection(QStringLiteral("Achizitii"));

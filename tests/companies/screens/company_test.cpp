@@ -161,6 +161,24 @@ TEST(CompanyScreen, ModifiesTheCurrentCompanyButNeverItsKey) {
   EXPECT_TRUE(on.Stored("ValoareStatistica", Installation::kCompany).ToBoolean());
 }
 
+TEST(CompanyScreen, EnterWalksThroughTheFieldsToTheConfirmButton) {
+  CompanyScreen on(false);
+  std::vector<std::string> path;
+  for (int i = 0; i < 20 && on.Focus() != "CmdOK"; ++i) {
+    path.push_back(on.Focus());
+    QTest::keyClick(on.screen->focusWidget(), Qt::Key_Return);
+  }
+  EXPECT_THAT(path, testing::ElementsAre("Nume_Firma", "Adresa_Firma", "Oras_Firma", "Judet_Firma",
+                                         "CodPostal_Firma", "Tara_Firma", "Reg_No_Firma", "Tel_Firma",
+                                         "Fax_Firma", "Email_Firma", "Persoana_Intrastat", "Persoana_Functie",
+                                         "XML_Detaliat", "ValoareStatistica"));
+  // Enter on the helping button is help and confirms nothing.
+  on.Get<QWidget>(*on.screen, "CmdAjutorDetaliat").setFocus();
+  on.at.prompter().ExpectStarting("Daca se bifeaza", "", Icon::kInformation);
+  QTest::keyClick(on.screen->focusWidget(), Qt::Key_Return);
+  EXPECT_TRUE(on.screen->isVisible());
+}
+
 TEST(CompanyScreen, HelpsWhereTheCursorIs) {
   CompanyScreen on(false);
   const auto help_of = [&](const char* name) {

@@ -129,7 +129,7 @@ TEST(DefaultsScreen, StoresAndTakesEffectAtOnce) {
   companies::Frm_Firma_Default screen(on.context, nullptr);
   screen.show();
   EXPECT_EQ(screen.confirm_button()->text().remove('&'), "OK-Retine datele");
-  on.Type(screen, "I_Tara_Exp", "DE");
+  on.Type(screen, "I_Tara_Exp", "de");
   EXPECT_EQ(on.Get<QLabel>(screen, "I_Tara_Exp_Descriere").text(), "Germania");
   on.Type(screen, "O_Tara_Dest", "ZZ");
   EXPECT_EQ(on.Get<QLabel>(screen, "O_Tara_Dest_Descriere").text(), "cod necunoscut");
