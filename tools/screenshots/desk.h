@@ -50,7 +50,8 @@ struct Shot {
   std::function<void(Desk&)> take;
 };
 
-/// Every screen has its lines here.
+/// Every screen has its lines in one of these.
 std::vector<Shot> Shots();
+std::vector<Shot> ProgramShots();  ///< what stands around the work: splash, main window, about, lists
 
 }  // namespace screenshots

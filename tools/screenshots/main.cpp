@@ -67,7 +67,9 @@ int main(int argc, char** argv) {
   folder.mkpath(QStringLiteral("."));
 
   int failed = 0;
-  for (const screenshots::Shot& shot : screenshots::Shots()) {
+  std::vector<screenshots::Shot> shots = screenshots::ProgramShots();
+  for (const screenshots::Shot& shot : screenshots::Shots()) shots.push_back(shot);
+  for (const screenshots::Shot& shot : shots) {
     if (!wanted.isEmpty() && !wanted.contains(QString::fromLatin1(shot.screen))) continue;
     try {
       screenshots::Desk desk(folder);
