@@ -28,7 +28,8 @@ void RowPreview::paintEvent(QPaintEvent*) {
   const QRect all = rect().adjusted(0, 0, -1, -1);
   for (std::size_t i = 0; i < kSamples.size(); ++i) {
     const QRect row(1, 1 + RowHeight() * static_cast<int>(i), all.width() - 1, RowHeight());
-    const QColor back = ui::FromBgr(fields_[i == kSelected ? 2 : i % 2]->colour());
+    // The first row of a list is an odd one.
+    const QColor back = ui::FromBgr(fields_[i == kSelected ? 2 : 1 - i % 2]->colour());
     painter.fillRect(row, back);
     painter.setPen(i == kSelected ? ui::FromBgr(fields_[3]->colour()) : ui::ReadableOn(back));
     const QRect text = row.adjusted(8, 0, -8, 0);

@@ -102,6 +102,7 @@ void Frm_Setari::AddFolder(const QString& name, const QString& label, const QStr
 void Frm_Setari::Browse(const QString& name) {
   const platform::Drives& drives = session().host.files.drives();
   const QString begin = QString::fromStdString(drives.ToHost(Utf8(Text(name))).string());
+  FocusField(name);
   const QString chosen = QFileDialog::getExistingDirectory(this, QStringLiteral("Alegeti folderul"), begin);
   if (chosen.isEmpty()) return;
   SetText(name, Q(platform::WithBackslash(drives.FromHost(Utf8(chosen)))));

@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QColorDialog>
+#include <QFileDialog>
 #include <QTabWidget>
 #include <QTimer>
 
@@ -146,6 +147,23 @@ TEST_F(SettingsScreen, WritesEveryKeyAndReadsThemAnew) {
   EXPECT_EQ(now.System, "c:\\declarix\\system\\");
   EXPECT_TRUE(now.ValoriRotunjite);
   EXPECT_TRUE(now.VerificaNet);
+}
+
+TEST_F(SettingsScreen, BrowsesForAFolderOnTheDrives) {
+  on_.at.files().CreateFolders("C:\\Declarix\\System\\DeclaratiiXML\\Arhiva");
+  screen_->FocusField("FileLocation_DirectorSalvare");
+  QString shown_at;
+  QTimer::singleShot(0, [&] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    shown_at = dialog->directory().path();
+    dialog->selectFile(QDir(shown_at).filePath("Arhiva"));
+    QMetaObject::invokeMethod(dialog, "accept");
+  });
+  ScreenFixture::Click(*screen_, "CmdDirectorSalvare");
+  EXPECT_TRUE(shown_at.endsWith("DeclaratiiXML")) << shown_at.toStdString();
+  EXPECT_EQ(screen_->Text("FileLocation_DirectorSalvare"), "C:\\Declarix\\System\\DeclaratiiXML\\Arhiva\\");
+  EXPECT_EQ(screen_->focusWidget()->objectName(), "FileLocation_DirectorSalvare");
 }
 
 TEST_F(SettingsScreen, StopsWhereTheFileCannotBeWritten) {
