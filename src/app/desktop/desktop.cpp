@@ -12,6 +12,7 @@
 #include "app/desktop/splash.h"
 #include "app/screens/settings.h"
 #include "calc/rates_update.h"
+#include "calc/screens/rates.h"
 #include "companies/screens/company.h"
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
@@ -52,6 +53,12 @@ bool Desktop::Start() { return start_up_.Run(); }
 void Desktop::BindCommands() {
   program_commands_.Bind(commands_);
   commands_.Handle("CURS_ACTUALIZARE", [this](const Command&) { program_commands_.UpdateRates(); });
+  commands_.Handle("CURS_MANUAL", [this](const Command& command) {
+    OpenOnce(command.key, [this] {
+      return new calc::Frm_Curs_Manual(
+          context_, [this] { program_commands_.UpdateRates(); }, main_window_.get());
+    });
+  });
   commands_.Handle("FIRMA_SELECTARE", [this](const Command&) { SelectCompany(); });
   commands_.Handle("FIRMA_CREARE", [this](const Command&) { CreateCompany(); });
   commands_.Handle("FIRMA_DATE", [this](const Command&) {
