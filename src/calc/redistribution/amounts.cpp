@@ -14,8 +14,18 @@ void AmountRedistribution::Choose(Redis_Mod mod, Redis_Op op) {
   Load();
 }
 
-std::string AmountRedistribution::KeyColumn() const {
-  switch (mod_) {
+int AmountRedistribution::LostBy(Redis_Mod mod, Redis_Op op) const {
+  int lost = 0;
+  store::Recordset row = rows();
+  row.SetFilter("");
+  for (row.MoveFirst(); !row.eof(); row.MoveNext()) {
+    if (Takes(row) && (op != op_ || row.Get("TOTAL_" + KeyColumn(mod)).ToDouble() == 0)) ++lost;
+  }
+  return lost;
+}
+
+std::string AmountRedistribution::KeyColumn(Redis_Mod mod) {
+  switch (mod) {
     case Redis_Mod::Redis_Mod_Cantitate:
       return "Cantitate";
     case Redis_Mod::Redis_Mod_Net:

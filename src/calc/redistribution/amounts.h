@@ -32,10 +32,14 @@ class AmountRedistribution : public GroupCalculation {
   void Choose(Redis_Mod mod, Redis_Op op);
   Redis_Mod mod() const { return mod_; }
   Redis_Op op() const { return op_; }
+  /// How many ticked groups the list of these options would not carry any more.
+  int LostBy(Redis_Mod mod, Redis_Op op) const;
   /// What the screen offers, in its order.
   virtual std::vector<Redis_Mod> Mods() const = 0;
   virtual std::vector<Redis_Op> Ops() const = 0;
 
+  /// Column of the amount to share.
+  virtual std::string AmountField() const = 0;
   std::string ListStatement() const override;
   bool Takes(const store::Recordset& row) const override { return row.Get("Redistribuie").ToBoolean(); }
 
@@ -45,17 +49,16 @@ class AmountRedistribution : public GroupCalculation {
     std::string query, order;
   };
   virtual Grouping GroupingOf(Redis_Op op) const = 0;
-  /// Column of the amount to share.
-  virtual std::string AmountField() const = 0;
-
   std::string ClosingMessage(int groups) const override;
   /// Column of the lines that is the key.
-  std::string KeyColumn() const;
+  std::string KeyColumn() const { return KeyColumn(mod_); }
   double Amount(const store::Recordset& row) const { return row.Get(AmountField()).ToDouble(); }
   /// "ROUND(Net*0.125,4)": a line's share.
   std::string Share(const store::Recordset& row, int decimals) const;
 
  private:
+  static std::string KeyColumn(Redis_Mod mod);
+
   Redis_Mod mod_ = Redis_Mod::Redis_Mod_Cantitate;
   Redis_Op op_ = Redis_Op::Redis_Op_Doc;
 };

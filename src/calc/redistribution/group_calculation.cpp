@@ -46,7 +46,7 @@ void GroupCalculation::Load() {
   if (rows_.field_count() > 0) {
     rows_.Update();
     for (store::Recordset row = InListOrder(rows_); !row.eof(); row.MoveNext()) {
-      std::vector<store::Value>& values = entered[Condition(row)];
+      std::vector<store::Value>& values = entered[GroupKey(row)];
       for (const std::string& field : typed) values.push_back(row.Get(field));
     }
   }
@@ -62,7 +62,7 @@ void GroupCalculation::Load() {
   rows_ = std::move(read);
   if (entered.empty()) return;
   for (; !rows_.eof(); rows_.MoveNext()) {
-    const auto kept = entered.find(Condition(rows_));
+    const auto kept = entered.find(GroupKey(rows_));
     if (kept == entered.end()) continue;
     for (std::size_t i = 0; i < typed.size(); ++i) rows_.Set(typed[i], kept->second[i]);
     rows_.Update();
@@ -96,6 +96,13 @@ std::string GroupCalculation::Condition(const store::Recordset& row) const {
   constexpr std::string_view kAnd = " AND ";
   if (condition.ends_with(kAnd)) condition.resize(condition.size() - kAnd.size());
   return std::string(platform::Trim(condition));
+}
+
+std::string GroupCalculation::GroupKey(const store::Recordset& row) const {
+  // The condition alone writes a missing text as an empty one.
+  std::string key = Condition(row);
+  for (int i = 0; i < key_fields_; ++i) key += row.IsNull(i) ? 'N' : 'V';
+  return key;
 }
 
 std::string GroupCalculation::Describe(const store::Recordset& row) const {
@@ -178,6 +185,14 @@ std::vector<GroupFigures> GroupCalculation::Preview() {
   return figures;
 }
 
+std::optional<GroupFigures> GroupCalculation::PreviewOf(std::int64_t at) {
+  rows_.Update();
+  store::Recordset row = InListOrder(rows_);
+  row.set_position(at);
+  if (!Takes(row)) return std::nullopt;
+  return Measure(row, false);
+}
+
 std::string GroupCalculation::Execute(const std::string& statement) {
   std::string reason;
   store::PassOver(session_.host.errors, LogName(), [&] {
@@ -219,19 +234,22 @@ bool GroupCalculation::CreateIndex() {
 }
 
 RunReport GroupCalculation::CmdAjustare() {
-  rows_.Update();
-  RunReport report = RunAll();
-  if (report.cancelled) {
-    session_.host.prompter.Message("Calculul a fost oprit, nu s-a modificat nicio linie", "MESAJ",
-                                   platform::Icon::kExclamation);
-    return report;
-  }
-  session_.host.progress.Update(LogName(), 100);
-  session_.host.prompter.Info(ClosingMessage(report.groups));
+  const RunReport report = Run();
+  ShowClosing(report);
   return report;
 }
 
-RunReport GroupCalculation::RunAll() {
+void GroupCalculation::ShowClosing(const RunReport& report) {
+  if (report.cancelled) {
+    session_.host.prompter.Message("Calculul a fost oprit, nu s-a modificat nicio linie", "MESAJ",
+                                   platform::Icon::kExclamation);
+    return;
+  }
+  session_.host.prompter.Info(ClosingMessage(report.groups));
+}
+
+RunReport GroupCalculation::Run() {
+  rows_.Update();
   store::Recordset row = InListOrder(rows_);
   const std::vector<std::int64_t> taken = TakenRows(row);
   RunReport report;
@@ -250,6 +268,7 @@ RunReport GroupCalculation::RunAll() {
   }
   if (indexed) Execute(fmt::format("DROP INDEX {} ON Intrastat", kRunIndex));
   transaction.Commit();
+  session_.host.progress.Update(LogName(), 100);
   return report;
 }
 

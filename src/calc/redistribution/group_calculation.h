@@ -68,14 +68,23 @@ class GroupCalculation {
   /// The list, editable in memory; call Load first. Only the columns marked editable are meant to be changed.
   /// Set throws store::Error(kConversion) for a text that is no number and leaves the cell as it was.
   store::Recordset& rows() { return rows_; }
+  const store::Recordset& rows() const { return rows_; }
   /// Call Load first. The declaration's own columns (TIP, Cod_Fiscal, Anul, Luna) are not shown.
   std::vector<GroupColumn> Columns() const;
 
   /// What the run would give each group it takes, without writing anything.
   std::vector<GroupFigures> Preview();
+  /// The same for one group, by its row in the order the list was read; nothing where the run leaves it out.
+  std::optional<GroupFigures> PreviewOf(std::int64_t at);
   /// Runs over the group list from first to last and shows the closing message. Afterwards the caller
   /// refreshes its lines.
   RunReport CmdAjustare();
+  /// Its two halves, for a screen whose progress box ends before the message comes.
+  RunReport Run();
+  void ShowClosing(const RunReport& report);
+
+  /// Tells the groups of a list apart; the same group has the same key in a list read anew.
+  std::string GroupKey(const store::Recordset& row) const;
 
   /// The statements for the current row of `row`, in their order, and the condition they share.
   virtual std::vector<std::string> Statements(const store::Recordset& row) const = 0;
@@ -122,7 +131,6 @@ class GroupCalculation {
   std::vector<std::int64_t> TakenRows(store::Recordset& row) const;
   bool IndexPays(std::size_t groups);
   bool CreateIndex();
-  RunReport RunAll();
 
   declarations::Identity identity_;
   store::Recordset rows_;

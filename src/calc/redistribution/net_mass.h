@@ -11,6 +11,7 @@ class NetRedistribution : public AmountRedistribution {
  public:
   using AmountRedistribution::AmountRedistribution;
 
+  std::string AmountField() const override { return "Total_GreutateNeta"; }
   std::vector<Redis_Mod> Mods() const override;
   std::vector<Redis_Op> Ops() const override;
   std::vector<std::string> HelpLines() const override;
@@ -18,7 +19,6 @@ class NetRedistribution : public AmountRedistribution {
 
  protected:
   Grouping GroupingOf(Redis_Op op) const override;
-  std::string AmountField() const override { return "Total_GreutateNeta"; }
   std::string LogName() const override { return "Redistribuire greutate neta"; }
   std::vector<GroupColumn> OwnColumns() const override;
   Measures MeasuresOf(const store::Recordset& row, bool stored) const override;

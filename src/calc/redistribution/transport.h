@@ -11,6 +11,7 @@ class TransportRedistribution : public AmountRedistribution {
  public:
   using AmountRedistribution::AmountRedistribution;
 
+  std::string AmountField() const override { return "Total_Transport_Suma"; }
   std::vector<Redis_Mod> Mods() const override;
   std::vector<Redis_Op> Ops() const override;
   std::vector<std::string> HelpLines() const override;
@@ -22,7 +23,6 @@ class TransportRedistribution : public AmountRedistribution {
 
  protected:
   Grouping GroupingOf(Redis_Op op) const override;
-  std::string AmountField() const override { return "Total_Transport_Suma"; }
   std::string LogName() const override { return "Redistribuire transport"; }
   std::vector<GroupColumn> OwnColumns() const override;
   Measures MeasuresOf(const store::Recordset& row, bool stored) const override;
