@@ -19,6 +19,8 @@ struct Context {
   std::function<bool(std::string_view windows_path)> open_document;
   /// Opens the manual at a screen's chapter; the anchor is the screen's object name.
   std::function<void(std::string_view screen)> open_manual;
+  /// Opens a page of the help folder beside the program ("incoterms.html"); false where that failed.
+  std::function<bool(std::string_view page)> open_help = {};
 };
 
 }  // namespace ui

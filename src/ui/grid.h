@@ -35,6 +35,7 @@ class Grid : public QTableView {
 
   /// Said in the middle of an empty grid.
   void SetEmptyText(const QString& text);
+  const QString& empty_text() const { return empty_text_; }
   /// Colours of the settings anew (after the settings dialog).
   void ReadColours();
 

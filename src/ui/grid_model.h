@@ -81,6 +81,7 @@ class RecordsetModel : public GridModel {
   void SetRows(store::Recordset rows);
   /// A recordset of its own position over the shown rows.
   store::Recordset& rows() { return rows_; }
+  const store::Recordset& rows() const { return rows_; }
   /// "" shows all. Throws store::Error.
   void SetFilter(std::string_view criterion);
 

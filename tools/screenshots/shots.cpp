@@ -5,6 +5,7 @@
 #include "calc/rates.h"
 #include "calc/screens/rate_form.h"
 #include "calc/screens/rates.h"
+#include "calculations.h"
 #include "companies/screens/company.h"
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
@@ -126,7 +127,7 @@ void OneRate(Desk& desk) {
 }  // namespace
 
 std::vector<Shot> Shots() {
-  return {
+  std::vector<Shot> shots = {
       {"Mesaj", MessageBox},
       {"Mesaj", Question},
       {"Frm_Progres", ProgressBox},
@@ -140,6 +141,8 @@ std::vector<Shot> Shots() {
       {"Frm_Curs_Manual", Rates},
       {"Frm_Curs", OneRate},
   };
+  for (Shot& shot : CalculationShots()) shots.push_back(std::move(shot));
+  return shots;
 }
 
 }  // namespace screenshots

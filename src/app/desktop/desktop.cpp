@@ -39,7 +39,10 @@ Desktop::Desktop(session::Session& session, std::string program_folder)
       program_folder_(std::move(program_folder)),
       memory_(session.host.files, platform::FolderOf(session.settings_file), session.user_name),
       context_{session, memory_, [this](std::string_view path) { return OpenDocument(path); },
-               [this](std::string_view screen) { OpenManualAt(screen); }},
+               [this](std::string_view screen) { OpenManualAt(screen); },
+               [this](std::string_view page) {
+                 return OpenDocument(program_folder_ + "Help\\" + std::string(page));
+               }},
       commands_(session),
       program_commands_(session, *this, program_folder_),
       start_up_(session, *this, program_folder_) {

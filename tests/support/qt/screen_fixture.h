@@ -18,13 +18,17 @@ struct ScreenFixture {
 
   Installation at;
   ui::ScreenMemory memory{at.machine.files, "C:\\ProgramData\\Declarix\\", "ana"};
-  std::vector<std::string> opened_documents, opened_chapters;
+  std::vector<std::string> opened_documents, opened_chapters, opened_pages;
   ui::Context context{at.session, memory,
                       [this](std::string_view path) {
                         opened_documents.emplace_back(path);
                         return true;
                       },
-                      [this](std::string_view screen) { opened_chapters.emplace_back(screen); }};
+                      [this](std::string_view screen) { opened_chapters.emplace_back(screen); },
+                      [this](std::string_view page) {
+                        opened_pages.emplace_back(page);
+                        return true;
+                      }};
 
   /// The screen's widget of that name; throws where there is none.
   template <typename Widget>
