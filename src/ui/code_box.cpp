@@ -2,7 +2,6 @@
 
 #include <QCompleter>
 #include <QStandardItemModel>
-#include <QTimer>
 #include <QTreeView>
 #include <QValidator>
 #include <QWheelEvent>
@@ -83,7 +82,7 @@ CodeBox::CodeBox(QWidget* parent) : QComboBox(parent) {
     if (show_descriptions_ || exact == nullptr) return;
     const auto begins = [&](const CodeList::Line& line) { return line.code.startsWith(typed); };
     if (std::count_if(list_.lines.begin(), list_.lines.end(), begins) > 1) return;
-    QTimer::singleShot(0, completion_view_, &QWidget::hide);
+    QMetaObject::invokeMethod(completion_view_, &QWidget::hide, Qt::QueuedConnection);
   });
   // Chosen from the list or from the completions.
   connect(this, &QComboBox::activated, this, [this] {
@@ -130,7 +129,7 @@ void CodeBox::ShowDescriptions(bool on) {
 void CodeBox::TypeCapitals() { setValidator(new Capitals(this)); }
 
 QString CodeBox::code() const {
-  const QString typed = currentText();
+  QString typed = currentText();
   if (!show_descriptions_) return typed;
   for (const CodeList::Line& line : list_.lines) {
     if (line.description.compare(typed, Qt::CaseInsensitive) == 0) return line.code;

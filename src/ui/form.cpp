@@ -5,7 +5,6 @@
 #include <QFrame>
 #include <QGroupBox>
 #include <QTabWidget>
-#include <QTimer>
 
 #include "platform/prompter.h"
 #include "store/value.h"
@@ -435,7 +434,7 @@ bool Form::eventFilter(QObject* watched, QEvent* event) {
       if (auto* combo = qobject_cast<QComboBox*>(field)) line = combo->lineEdit();
       if (line != nullptr) {
         // After the mouse press that brought the focus has set its own cursor.
-        QTimer::singleShot(0, line, &QLineEdit::selectAll);
+        QMetaObject::invokeMethod(line, "selectAll", Qt::QueuedConnection);
       }
       break;
     }
