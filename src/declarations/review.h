@@ -31,8 +31,7 @@ class Review {
   void NoItems() { Add("declaratia", "nu are nici o pozitie"); }
   /// A month about to be declared as one without trade has lines.
   void HasLines(std::int64_t count) {
-    Add("declaratia", "este nula, dar luna are " + std::to_string(count) +
-                          (count == 1 ? " linie introdusa" : " linii introduse"));
+    Add("declaratia", "este nula, dar luna are linii: " + std::to_string(count));
   }
 
   const std::vector<Finding>& findings() const { return findings_; }

@@ -53,5 +53,6 @@ struct Shot {
 /// Every screen has its lines in one of these.
 std::vector<Shot> Shots();
 std::vector<Shot> ProgramShots();  ///< what stands around the work: splash, main window, about, lists
+std::vector<Shot> DeclarationShots();
 
 }  // namespace screenshots

@@ -58,12 +58,15 @@ Frm_Intrastat_Add::Frm_Intrastat_Add(ui::Context& screen_context, Purpose purpos
   SetButtons(QStringLiteral("&Deschide declaratia"), [this] { Confirm(); });
   QPushButton* nil =
       AddCommand(QStringLiteral("CmdAddNula"), QStringLiteral("Declaratie &nula"), [this] { AddNula(); });
-  SetHelp(nil, QStringLiteral("Scrie fisierul unei luni fara miscari pe sensul ales"));
+  nil->setToolTip(QStringLiteral("Scrie fisierul unei luni fara miscari pe sensul ales"));
   nil->setAutoDefault(true);  // Enter presses it once the cursor is there
   if (purpose == Purpose::kNil) nil->setDefault(true);
   SwitchAgent(false);
   FocusField(QStringLiteral("Txt_Fel"));
 }
+
+// A field that loses the focus still tells of its code: not once this is half gone.
+Frm_Intrastat_Add::~Frm_Intrastat_Add() { hide(); }
 
 void Frm_Intrastat_Add::AddPeriod() {
   const platform::LocalTime now = session().host.clock.Now();
@@ -96,6 +99,8 @@ void Frm_Intrastat_Add::AddPeriod() {
   QCheckBox* agent = AddTick(QStringLiteral("Check_Dec_Tert"), QStringLiteral("Depusa de un declarant &tert"),
                              QStringLiteral("Alta firma depune declaratia in numele acesteia"), Kind::kFree);
   connect(agent, &QCheckBox::toggled, this, [this](bool on) { Try([&] { SwitchAgent(on); }); });
+  AddNote(QStringLiteral(
+      "Pentru o luna fara miscari pe sensul ales, Declaratie nula scrie direct fisierul XML."));
 }
 
 void Frm_Intrastat_Add::AddAgent() {
@@ -176,7 +181,15 @@ void Frm_Intrastat_Add::FollowPlace() {
 }
 
 void Frm_Intrastat_Add::SwitchAgent(bool on) {
-  for (QWidget* field : agent_fields_) field->setEnabled(on);
+  QPalette greyed;
+  greyed.setColor(QPalette::Disabled, QPalette::Base, greyed.color(QPalette::Window));
+  for (QWidget* field : agent_fields_) {
+    field->setEnabled(on);
+    field->setPalette(on ? QPalette() : greyed);
+  }
+  for (QLabel* label : findChildren<QLabel*>()) {
+    if (label->buddy() != nullptr) label->setEnabled(label->buddy()->isEnabled());
+  }
   if (!on) return;
   Header header;
   ReadDeclaringAgent(session(), header);

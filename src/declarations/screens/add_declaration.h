@@ -16,6 +16,7 @@ class Frm_Intrastat_Add : public ui::Form {
   enum class Purpose { kDeclaration, kNil };  ///< which of the two commands Enter runs
 
   Frm_Intrastat_Add(ui::Context& context, Purpose purpose, QWidget* parent);
+  ~Frm_Intrastat_Add() override;
 
   const std::optional<EditorOpening>& opening() const { return opening_; }
 

@@ -25,7 +25,7 @@ std::vector<ui::Column> GridColumns() {
     column.field = each.field;
     column.caption = Q(each.caption);
     column.format = ui::FormatByText(each.format);
-    column.width = each.field == "TIP" ? 16 : column.format == ui::Format::kAmount ? 18 : 9;
+    column.width = each.field == "TIP" ? 15 : column.format == ui::Format::kAmount ? 16 : 7;
     columns.push_back(std::move(column));
   }
   return columns;
@@ -104,7 +104,9 @@ void Frm_Intrastat_Lista::AddCommands() {
   add("CmdSortare", "&Sorteaza", "sorteaza", [this] {
     // The heading's order gives way.
     grid()->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-    Reread([this] { list_.Sort(); });
+    list_.Sort();
+    model_->Reset();
+    grid()->SelectRow(0);
     ShowStatus(QStringLiteral("Cele mai noi declaratii sunt primele"));
   })->setToolTip(QStringLiteral("Cele mai noi declaratii intai"));
   add(

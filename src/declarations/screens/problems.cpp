@@ -118,10 +118,11 @@ void Frm_Intrastat_Probleme::ShowCount() {
   }
   std::set<std::int64_t> lines;
   for (const LineProblem& problem : problems_.all()) lines.insert(problem.Record_ID);
-  QString status = QStringLiteral("Probleme: %1, in %2 linii").arg(problem_count()).arg(lines.size());
-  if (lines.size() == 1) status = QStringLiteral("Probleme: %1, intr-o linie").arg(problem_count());
-  if (current_ >= 0) status += QStringLiteral("   -   problema %1").arg(current_ + 1);
-  if (!found_) status += QStringLiteral("   -   linia nu mai exista in declaratie");
+  QString status = QStringLiteral("Probleme: %1      Linii: %2").arg(problem_count()).arg(lines.size());
+  if (current_ >= 0) {
+    status += QStringLiteral("      Problema %1 din %2").arg(current_ + 1).arg(problem_count());
+  }
+  if (!found_) status += QStringLiteral(": linia ei nu mai exista in declaratie");
   ShowStatus(status);
 }
 

@@ -140,7 +140,7 @@ TEST_F(AddScreenTest, WritesANilDeclarationAfterTheReview) {
   ASSERT_EQ(on_.at.prompter().seen().size(), 1U);
   EXPECT_THAT(on_.at.prompter().seen()[0],
               testing::AllOf(testing::HasSubstr("TXT_Nume_Prenume: "),
-                             testing::HasSubstr("declaratia: este nula, dar luna are 1 linie introdusa")));
+                             testing::HasSubstr("declaratia: este nula, dar luna are linii: 1")));
 
   on_.at.prompter().AcceptAnything(true);
   QString options;

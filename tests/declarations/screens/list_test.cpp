@@ -174,13 +174,18 @@ TEST_F(ListScreenTest, PrintsLinesOneByOneOrAggregated) {
   EXPECT_EQ(lines.rows.record_count(), 2);
   EXPECT_EQ(items.rows.record_count(), 1);
   EXPECT_EQ(items.rows["Val_Fiscala1"].ToDouble(), 200);
-  for (const PrintedDeclaration& printed :
-       {read("I", true), read("I", false), read("O", true), read("O", false)}) {
-    for (const auto& column : printed.columns) {
-      EXPECT_GE(printed.rows.FindField(column.field), 0) << column.field;
-      EXPECT_NE(column.caption, "") << column.field;
-    }
-  }
+  const auto fields = [](const PrintedDeclaration& printed) {
+    std::string text;
+    for (const auto& column : printed.columns) text += column.field + ' ';
+    return text;
+  };
+  EXPECT_EQ(fields(read("O", false)),
+            "Cod_NC Descriere1 Val_Fiscala1 Val_Stat1 Net1 Val_UMS1 Cod_UMS Tara_Orig Tara_Dest Nat_Tranz "
+            "Incoterms Mod_Transp Country_VAT_ID VAT_ID1 ");
+  EXPECT_EQ(
+      fields(lines),
+      "Factura_Numar Factura_Data Cod_NC Descriere Valoare_Valuta Moneda Val_Fiscala Val_Stat Net Val_UMS "
+      "Cod_UMS Tara_Orig Tara_Exp Nat_Tranz Incoterms Mod_Transp VAT_ID ");
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ TEST_F(ProblemsScreenTest, EveryProblemLeadsToItsCell) {
   Open();
   EXPECT_EQ(screen_->windowTitle(), "Probleme - ACHIZITIE 2026 / 3");
   EXPECT_EQ(screen_->problem_count(), 3);
-  EXPECT_EQ(Status(), "Probleme: 3, in 2 linii");
+  EXPECT_EQ(Status(), "Probleme: 3      Linii: 2");
   EXPECT_THAT(test_support::SharedMnemonics(*screen_), testing::IsEmpty());
   const std::string expected[] = {fmt::format("{} Tara_Exp", first), fmt::format("{} Nat_Tranz", second),
                                   fmt::format("{} Incoterms", second)};
@@ -66,13 +66,13 @@ TEST_F(ProblemsScreenTest, EveryProblemLeadsToItsCell) {
   EXPECT_EQ(screen_->current(), 1);
   QTest::keyClick(screen_->text(), Qt::Key_F3);
   ScreenFixture::Click(*screen_, "CmdUrmatoarea");  // goes round
-  EXPECT_EQ(Status(), "Probleme: 3, in 2 linii   -   problema 1");
+  EXPECT_EQ(Status(), "Probleme: 3      Linii: 2      Problema 1 din 3");
   QTest::keyClick(screen_->text(), Qt::Key_Down);
   QTest::keyClick(screen_->text(), Qt::Key_Return);
   EXPECT_THAT(visited_, testing::ElementsAre(expected[1], expected[2], expected[0], expected[1]));
   gone_ = true;
   ScreenFixture::Click(*screen_, "CmdPrecedenta");
-  EXPECT_THAT(Status().toStdString(), testing::EndsWith("linia nu mai exista in declaratie"));
+  EXPECT_THAT(Status().toStdString(), testing::EndsWith("linia ei nu mai exista in declaratie"));
 }
 
 TEST_F(ProblemsScreenTest, SaysWhenThereIsNothingToShow) {
