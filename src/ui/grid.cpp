@@ -118,8 +118,7 @@ void Grid::SaveLayout() {
 }
 
 void Grid::FillWidth() {
-  // Until the user sets widths, the widest text column takes what is left of the view.
-  if (own_widths_ || model_ == nullptr) return;
+  if (!fills_width_ || own_widths_ || model_ == nullptr) return;
   const ArrangingScope arranging(arranging_);
   QHeaderView* header = horizontalHeader();
   int widest = -1;

@@ -33,6 +33,9 @@ class Grid : public QTableView {
   std::vector<int> selected_rows() const;    ///< ascending
   std::vector<int> visible_columns() const;  ///< of the model, in the order shown
 
+  /// Until the user sets widths, the widest text column takes what is left of the view; false lets the space
+  /// stay empty (few narrow columns that belong together). Before SetGridModel.
+  void SetFillsWidth(bool on) { fills_width_ = on; }
   /// Said in the middle of an empty grid.
   void SetEmptyText(const QString& text);
   const QString& empty_text() const { return empty_text_; }
@@ -96,7 +99,8 @@ class Grid : public QTableView {
   GridDelegate* delegate_;
   bool editable_ = false;    ///< some column is
   bool own_widths_ = false;  ///< the user has set widths
-  bool arranging_ = false;   ///< the header is changed by us, not by the user
+  bool fills_width_ = true;
+  bool arranging_ = false;  ///< the header is changed by us, not by the user
   bool has_block_ = false;
   int kept_row_ = -1, kept_column_ = -1;  ///< while the model resets
   bool searching_ = false, found_ = true;
