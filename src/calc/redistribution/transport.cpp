@@ -118,7 +118,7 @@ std::optional<std::int64_t> TransportRedistribution::CmdStergeRedistribuire() {
                                   "RASPUNDETI", platform::Icon::kQuestion)) {
     return std::nullopt;
   }
-  std::optional<std::int64_t> touched;
+  std::int64_t touched = -1;
   store::PassOver(session_.host.errors, LogName(), [&] {
     touched = session_.company.Execute(
         "UPDATE Intrastat SET Transp_Document=NULL, Transport_Moneda=NULL, Transport_Suma=NULL, "

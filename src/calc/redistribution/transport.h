@@ -17,8 +17,8 @@ class TransportRedistribution : public AmountRedistribution {
   std::vector<std::string> HelpLines() const override;
   std::vector<std::string> Statements(const store::Recordset& row) const override;
 
-  /// Asks, then removes all shares of the declaration. Lines touched; none where the user refused or the
-  /// statement failed (it is in the log then).
+  /// Asks, then removes all shares of the declaration. Lines touched; -1 where the statement failed (it is in
+  /// the log then), none where the user refused.
   std::optional<std::int64_t> CmdStergeRedistribuire();
 
  protected:

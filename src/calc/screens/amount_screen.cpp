@@ -108,6 +108,10 @@ void AmountScreen::AddAction(const QString& name, const QString& caption, std::f
 void AmountScreen::CheckChosen() {
   mods_[redistribution_->mod()]->setChecked(true);
   ops_[redistribution_->op()]->setChecked(true);
+  // Tab stops once in a row of choices, on the chosen one; arrows go on from there.
+  for (QRadioButton* choice : findChildren<QRadioButton*>()) {
+    choice->setFocusPolicy(choice->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+  }
 }
 
 void AmountScreen::OpenList() {
@@ -119,14 +123,13 @@ void AmountScreen::OpenList() {
 void AmountScreen::Choose(Redis_Mod mod, Redis_Op op) {
   const int lost = entered() ? redistribution_->LostBy(mod, op) : 0;
   if (lost > 0 &&
-      !Ask(QStringLiteral("Ce ati introdus la %1 grupuri nu a fost redistribuit si se pierde la schimbarea "
-                          "optiunii. Continui ?")
-               .arg(lost))) {
+      !Ask(QStringLiteral("Ce ati introdus la %1 nu a fost redistribuit si se pierde la schimbarea optiunii. "
+                          "Continui ?")
+               .arg(GroupsText(static_cast<std::size_t>(lost))))) {
     CheckChosen();
     return;
   }
   Try([&] {
-    if (entered() && op != redistribution_->op()) Forget();
     redistribution_->Choose(mod, op);
     ShowList(objectName() + '_' + ops_[op]->objectName());
   });

@@ -20,19 +20,20 @@ ui::Format FormatOf(const GroupColumn& column) {
   return ui::Format::kText;
 }
 
-std::vector<ui::Column> ColumnsOf(const GroupCalculation& calculation) {
+std::vector<ui::Column> ColumnsOf(const GroupCalculation& calculation, const ui::CodeList& currencies) {
   std::vector<ui::Column> columns;
   for (const GroupColumn& each : calculation.Columns()) {
     ui::Column column;
     column.field = each.field;
     column.caption = ui::Q(each.caption);
     column.format = FormatOf(each);
-    column.width = each.kind == GroupColumn::Kind::kText ? 7 : 12;
+    column.width = each.kind == GroupColumn::Kind::kText ? 6 : 11;
     // Invoice numbers and partner codes are as long as texts of a group get.
     if (each.field == "Factura_Numar" || each.field == "VAT_ID" || each.field == "Transp_Document") {
       column.width = 16;
     }
     column.editable = each.editable;
+    if (each.field == "Transport_Moneda") column.codes = [&currencies] { return &currencies; };
     columns.push_back(std::move(column));
   }
   return columns;
@@ -47,8 +48,9 @@ QString RemarksText(const GroupFigures& figures) {
   return remarks.join(QStringLiteral("; "));
 }
 
-GroupModel::GroupModel(GroupCalculation& calculation, const FiguresByRow& figures, const std::string& amount)
-    : RecordsetModel(ColumnsOf(calculation), calculation.rows()),
+GroupModel::GroupModel(GroupCalculation& calculation, const FiguresByRow& figures,
+                       const ui::CodeList& currencies, const std::string& amount)
+    : RecordsetModel(ColumnsOf(calculation, currencies), calculation.rows()),
       calculation_(&calculation),
       figures_(&figures),
       tick_(ColumnOf("Redistribuie")),

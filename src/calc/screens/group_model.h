@@ -16,8 +16,9 @@ using FiguresByRow = std::map<std::int64_t, GroupFigures>;
 class GroupModel : public ui::RecordsetModel {
   Q_OBJECT
  public:
-  /// Both outlive the model. `amount` is the column to share; empty where every group is taken.
-  GroupModel(GroupCalculation& calculation, const FiguresByRow& figures, const std::string& amount);
+  /// All outlive the model. `amount` is the column to share; empty where every group is taken.
+  GroupModel(GroupCalculation& calculation, const FiguresByRow& figures, const ui::CodeList& currencies,
+             const std::string& amount);
 
   void Refresh();  ///< after the list was read anew
   int amount_column() const { return amount_; }

@@ -1,8 +1,10 @@
 #include "calc/screens/group_screen.h"
 
+#include <QRadioButton>
 #include <QShortcut>
 #include <QSplitter>
 
+#include "calc/manual_rates.h"
 #include "ui/elided_label.h"
 #include "ui/icons.h"
 #include "ui/list_screen.h"
@@ -22,6 +24,12 @@ QString Particulars(const declarations::Identity& identity) {
 }
 
 }  // namespace
+
+QString GroupsText(std::size_t count) {
+  if (count == 1) return QStringLiteral("un grup");
+  const bool of = count % 100 >= 20 || (count > 0 && count % 100 == 0);
+  return QStringLiteral("%1%2 grupuri").arg(count).arg(of ? QStringLiteral(" de") : QString());
+}
 
 GroupScreen::GroupScreen(ui::Context& screen_context, const QString& name, const QString& title,
                          std::unique_ptr<GroupCalculation> of, QWidget* parent)
@@ -86,8 +94,7 @@ GroupScreen::GroupScreen(ui::Context& screen_context, const QString& name, const
                  [this] { Run(); });
 
   connect(grid_, &ui::Grid::CurrentRowChanged, this, [this](int row) {
-    if (row >= 0 && model_ != nullptr)
-      figures_grid_->SelectRow(figures_model_->ShownRow(model_->ListRow(row)));
+    if (row >= 0 && model_ != nullptr) ShowFiguresOf(row);
   });
   connect(figures_grid_, &ui::Grid::Activated, this, [this](int row) {
     grid_->SelectRow(model_->ShownRow(figures_model_->ListRow(row)), model_->entry_column());
@@ -97,6 +104,8 @@ GroupScreen::GroupScreen(ui::Context& screen_context, const QString& name, const
   auto* refresh = new QShortcut(QKeySequence(Qt::Key_F5), this);
   connect(refresh, &QShortcut::activated, this, [this] { Try([this] { ReadAgain(); }); });
 }
+
+void GroupScreen::HideTotals() { totals_->hide(); }
 
 void GroupScreen::AddOptions(QWidget* options) { options_->addWidget(options); }
 
@@ -112,6 +121,16 @@ void GroupScreen::Open(const QString& close_name) {
   commands_->AddApart(close_name, QStringLiteral("I&nchide"), QStringLiteral("iesire"), [this] { close(); })
       ->setToolTip(QStringLiteral("Esc"));
   layout()->addWidget(commands_);
+  QWidget* before = nullptr;
+  const auto next = [&](QWidget* widget) {
+    if (before != nullptr) setTabOrder(before, widget);
+    before = widget;
+  };
+  for (QAbstractButton* choice : findChildren<QRadioButton*>()) next(choice);
+  next(grid_);
+  next(figures_grid_);
+  for (QPushButton* button : commands_->findChildren<QPushButton*>()) next(button);
+  Try([this] { currencies_ = ui::CodeList::Read(session().company, kCurrencyChoices); });
   figures_model_ = std::make_unique<FiguresModel>(FiguresColumns(), figures_);
   figures_grid_->SetGridModel(figures_model_.get());
   figures_grid_->SetEmptyText(NothingPreviewed());
@@ -123,7 +142,7 @@ void GroupScreen::ShowList(const QString& layout_name) {
     totals_->SetText(column, {});
   }
   ClearFigures();
-  auto model = std::make_unique<GroupModel>(*calculation_, figures_, AmountField());
+  auto model = std::make_unique<GroupModel>(*calculation_, figures_, currencies_, AmountField());
   connect(model.get(), &GroupModel::Entered, this, &GroupScreen::OnEntered);
   grid_->SetLayoutName(layout_name);
   model_.swap(model);  // the old one lives until the grid has the new one
@@ -164,13 +183,20 @@ void GroupScreen::ShowFigures(bool stored) {
                               ? QStringLiteral("Ce a primit fiecare grup, cu diferenta lasata de rotunjire")
                               : QStringLiteral("Ce va primi fiecare grup la Ajustare"));
   figures_model_->Refresh();
-  if (grid_->current_row() >= 0) {
-    figures_grid_->SelectRow(figures_model_->ShownRow(model_->ListRow(grid_->current_row())));
-  }
+  if (grid_->current_row() >= 0) ShowFiguresOf(grid_->current_row());
   const int last = model_->columnCount() - 1;
   if (last >= 0 && model_->Rows() > 0) {
     Q_EMIT model_->dataChanged(model_->index(0, 0), model_->index(model_->Rows() - 1, last));
     Q_EMIT model_->headerDataChanged(Qt::Vertical, 0, model_->Rows() - 1);
+  }
+}
+
+void GroupScreen::ShowFiguresOf(int row) {
+  const int shown = figures_model_->ShownRow(model_->ListRow(row));
+  if (shown >= 0) {
+    figures_grid_->SelectRow(shown);
+  } else {
+    figures_grid_->setCurrentIndex({});
   }
 }
 
@@ -242,7 +268,7 @@ void GroupScreen::Paste(int row, int column, const QString& text) {
     }
   }
   pasting_ = false;
-  PreviewAll();
+  Try([this] { PreviewAll(); });
   ShowTotals();
 }
 
@@ -256,23 +282,23 @@ void GroupScreen::Run() {
     entered_ = false;
     figures_.clear();
     double difference = 0;
-    int failed = 0;
+    std::size_t failed = 0;
     for (GroupFigures& each : report.figures) {
-      if (each.error.empty()) {
-        difference += each.difference;
-      } else {
+      if (!each.error.empty()) {
         ++failed;
+      } else if (std::abs(each.difference) > std::abs(difference)) {
+        difference = each.difference;
       }
       figures_[each.row] = std::move(each);
     }
     ShowFigures(true);
     if (failed > 0) {
-      ShowStatus(QStringLiteral("%1 grupuri nu s-au putut calcula: sunt marcate, motivul este la Observatii")
-                     .arg(failed));
-    } else {
-      ShowStatus(QStringLiteral("Calculat pe %1 grupuri; diferenta lasata de rotunjire: %2")
-                     .arg(report.figures.size())
-                     .arg(ui::Shown(difference, ui::Format::kRate)));
+      ShowStatus(QStringLiteral("Nu s-a putut calcula pe %1: randul este marcat, motivul este la Observatii")
+                     .arg(GroupsText(failed)));
+    } else if (!report.figures.empty()) {
+      // Groups may be in several currencies, whose differences make no sum.
+      ShowStatus(QStringLiteral("Calculat pe %1; cea mai mare diferenta lasata de rotunjire: %2")
+                     .arg(GroupsText(report.figures.size()), ui::Shown(difference, ui::Format::kRate)));
     }
     Q_EMIT LinesChanged();
   }
@@ -286,7 +312,7 @@ bool GroupScreen::Ask(const QString& question) {
 }
 
 void GroupScreen::reject() {
-  if (entered_ && !Ask(EnteredText() + QStringLiteral(". Inchid ecranul ?"))) return;
+  if (entered_ && !figures_.empty() && !Ask(EnteredText() + QStringLiteral(". Inchid ecranul ?"))) return;
   Screen::reject();
 }
 

@@ -33,6 +33,8 @@ class GroupScreen : public ui::Screen {
   /// The widgets of the options, in order; then Open, which lays everything out and reads the groups.
   void AddOptions(QWidget* options);
   ui::CommandRow* commands() { return commands_; }
+  ui::Grid* grid() { return grid_; }
+  void HideTotals();  ///< where no column adds up
   /// `close` is the close command's name; the screen's own commands are added before.
   void Open(const QString& close);
 
@@ -53,8 +55,8 @@ class GroupScreen : public ui::Screen {
   /// What the figures panel waits for, while it is empty.
   virtual QString NothingPreviewed() const = 0;
 
+  /// True from the first change after opening or after a run on.
   bool entered() const { return entered_; }
-  void Forget() { entered_ = false; }
   void ShowStatus(const QString& text);
   bool Ask(const QString& question);
 
@@ -62,12 +64,14 @@ class GroupScreen : public ui::Screen {
   void Run();
   void ClearFigures();
   void ShowFigures(bool stored);
+  void ShowFiguresOf(int row);
   void ShowTotals();
   void OnEntered(int row);
   void Paste(int row, int column, const QString& text);
 
   std::unique_ptr<GroupCalculation> calculation_;
   FiguresByRow figures_;
+  ui::CodeList currencies_;
   std::unique_ptr<GroupModel> model_;
   std::unique_ptr<FiguresModel> figures_model_;
   QVBoxLayout* options_;
@@ -79,5 +83,8 @@ class GroupScreen : public ui::Screen {
   QLabel* status_;
   bool entered_ = false, stored_ = false, pasting_ = false;
 };
+
+/// "un grup", "2 grupuri", "20 de grupuri".
+QString GroupsText(std::size_t count);
 
 }  // namespace calc

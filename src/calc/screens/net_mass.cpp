@@ -8,6 +8,7 @@ Frm_Calcul_Net::Frm_Calcul_Net(ui::Context& screen_context, declarations::Identi
     : AmountScreen(screen_context, QStringLiteral("Frm_Calcul_Net"),
                    QStringLiteral("Redistribuire greutate neta"),
                    std::make_unique<NetRedistribution>(screen_context.session, std::move(identity)), parent) {
+  SetFirstSize({1100, 640});
   OpenList();
 }
 
@@ -18,7 +19,7 @@ std::vector<ui::Column> Frm_Calcul_Net::FiguresColumns() const {
           {"expected", QStringLiteral("De redistribuit [Kg]"), Format::kAmount},
           {"shared", QStringLiteral("Redistribuit [Kg]"), Format::kAmount},
           {"difference", QStringLiteral("Diferenta [Kg]"), Format::kAmount},
-          {"remarks", QStringLiteral("Observatii"), Format::kText, 40}};
+          {"remarks", QStringLiteral("Observatii"), Format::kText, 32}};
 }
 
 QString Frm_Calcul_Net::EnteredText() const {

@@ -10,6 +10,9 @@ Frm_Recalculare_ValStat::Frm_Recalculare_ValStat(ui::Context& screen_context, de
                   QStringLiteral("Recalculare valoare statistica"),
                   std::make_unique<StatValueRecalculation>(screen_context.session, std::move(identity)),
                   parent) {
+  SetFirstSize({1060, 600});
+  grid()->SetFillsWidth(false);
+  HideTotals();
   Open(QStringLiteral("CmdClose"));
   Try([this] {
     calculation().Load();
@@ -19,12 +22,12 @@ Frm_Recalculare_ValStat::Frm_Recalculare_ValStat(ui::Context& screen_context, de
 
 std::vector<ui::Column> Frm_Recalculare_ValStat::FiguresColumns() const {
   using ui::Format;
-  return {{"group", QStringLiteral("Grup"), Format::kText, 44},
+  return {{"group", QStringLiteral("Grup"), Format::kText, 42},
           {"lines", QStringLiteral("Linii"), Format::kWhole, 6},
           {"invoiced", QStringLiteral("Valoare Fiscala"), Format::kAmount},
           {"Val_Stat", QStringLiteral("Valoare Statistica"), Format::kAmount},
           {"difference", QStringLiteral("Diferenta"), Format::kRate, 10},
-          {"remarks", QStringLiteral("Observatii"), Format::kText, 46}};
+          {"remarks", QStringLiteral("Observatii"), Format::kText, 20}};
 }
 
 QString Frm_Recalculare_ValStat::EmptyText() const {

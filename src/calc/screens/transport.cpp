@@ -11,6 +11,7 @@ Frm_Calcul_Transp_Statistic::Frm_Calcul_Transp_Statistic(ui::Context& screen_con
                    QStringLiteral("Redistribuire transport"),
                    std::make_unique<TransportRedistribution>(screen_context.session, std::move(identity)),
                    parent) {
+  SetFirstSize({1340, 700});
   AddAction(QStringLiteral("Redis_Op_Proc"), QStringLiteral("&Procent..."), [this] { OpenPercentages(); });
   commands()->Add(QStringLiteral("CmdStergeRedistribuire"), QStringLiteral("&Sterge redistribuirea"),
                   QStringLiteral("sterge"), [this] { RemoveAll(); });
@@ -20,7 +21,7 @@ Frm_Calcul_Transp_Statistic::Frm_Calcul_Transp_Statistic(ui::Context& screen_con
 void Frm_Calcul_Transp_Statistic::OpenPercentages() {
   Frm_Recalculare_ValStat percentages(context(), calculation().identity(), this);
   connect(&percentages, &GroupScreen::LinesChanged, this, [this] {
-    PreviewAll();
+    Try([this] { PreviewAll(); });
     Q_EMIT LinesChanged();
   });
   percentages.exec();
@@ -30,6 +31,10 @@ void Frm_Calcul_Transp_Statistic::RemoveAll() {
   const std::optional<std::int64_t> lines =
       static_cast<TransportRedistribution&>(calculation()).CmdStergeRedistribuire();
   if (!lines) return;
+  if (*lines < 0) {
+    ShowStatus(QStringLiteral("Redistribuirea nu s-a sters; motivul este in jurnalul erorilor"));
+    return;
+  }
   PreviewAll();
   ShowStatus(QStringLiteral("Redistribuirea s-a sters de pe %1 linii").arg(*lines));
   Q_EMIT LinesChanged();
@@ -37,14 +42,14 @@ void Frm_Calcul_Transp_Statistic::RemoveAll() {
 
 std::vector<ui::Column> Frm_Calcul_Transp_Statistic::FiguresColumns() const {
   using ui::Format;
-  return {{"group", QStringLiteral("Grup"), Format::kText, 30},
+  return {{"group", QStringLiteral("Grup"), Format::kText, 40},
           {"lines", QStringLiteral("Linii"), Format::kWhole, 6},
           {"expected", QStringLiteral("De redistribuit"), Format::kRate, 12},
           {"shared", QStringLiteral("Redistribuit"), Format::kRate, 12},
           {"difference", QStringLiteral("Diferenta"), Format::kRate, 10},
           {"invoiced", QStringLiteral("Valoare Fiscala"), Format::kAmount, 12},
           {"Val_Stat", QStringLiteral("Valoare Statistica"), Format::kAmount, 12},
-          {"remarks", QStringLiteral("Observatii"), Format::kText, 40}};
+          {"remarks", QStringLiteral("Observatii"), Format::kText, 32}};
 }
 
 QString Frm_Calcul_Transp_Statistic::EnteredText() const {

@@ -38,6 +38,7 @@ class CalculationScreens : public testing::Test {
     QObject::connect(screen.get(), &GroupScreen::LinesChanged, [this] { ++changed_; });
     screen->show();
     screen->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(screen.get()));
     Screen& shown = *screen;
     screen_ = std::move(screen);
     return shown;
@@ -103,6 +104,12 @@ TEST_F(CalculationScreens, ATransportInvoiceIsTypedPreviewedAndShared) {
 
   // The grid is where typing starts, on the first group's amount; its order is not the list's.
   EXPECT_EQ(screen_->focusWidget(), &Groups());
+  Option("Redis_Op_Doc").setFocus();
+  QTest::keyClick(&Option("Redis_Op_Doc"), Qt::Key_Tab);
+  EXPECT_EQ(screen_->focusWidget(), &Groups());
+  Figures().setFocus();
+  QTest::keyClick(&Figures(), Qt::Key_Tab);
+  EXPECT_EQ(screen_->focusWidget(), &ScreenFixture::Get<QPushButton>(*screen_, "CmdAjustare"));
   Groups().sortByColumn(ColumnOf(Groups(), "Factura Numar"), Qt::DescendingOrder);
   ASSERT_EQ(Cell(Groups(), 1, "Factura Numar"), "F1");
   EXPECT_EQ(Cell(Groups(), 1, "Suma de redistribuit"), "") << "nothing entered yet";
@@ -118,7 +125,6 @@ TEST_F(CalculationScreens, ATransportInvoiceIsTypedPreviewedAndShared) {
   EXPECT_EQ(Cell(Figures(), 0, "Redistribuit"), "99,9999");
   EXPECT_EQ(Cell(Figures(), 0, "Valoare Statistica"), "797,52");
   EXPECT_EQ(Cell(Figures(), 0, "Observatii"), "");
-  Figures().setFocus();
   EXPECT_EQ(Stored(ids[0], "Transport_Suma"), kNull) << "nothing is written before CmdAjustare";
 
   ExpectDone(1);
@@ -176,7 +182,7 @@ TEST_F(CalculationScreens, OptionsMakeTheListAndAskBeforeDroppingWhatWasEntered)
   EXPECT_EQ(Cell(Groups(), 0, "Suma de redistribuit"), "50,00");
   EXPECT_EQ(Figures().grid_model()->Rows(), 1);
   const char question[] =
-      "Ce ati introdus la 1 grupuri nu a fost redistribuit si se pierde la schimbarea optiunii. Continui ?";
+      "Ce ati introdus la un grup nu a fost redistribuit si se pierde la schimbarea optiunii. Continui ?";
   ExpectAsked(question, false);
   Option("Redis_Mod_Cantitate").click();
   EXPECT_TRUE(Option("Redis_Mod_Valoare").isChecked());
@@ -185,7 +191,9 @@ TEST_F(CalculationScreens, OptionsMakeTheListAndAskBeforeDroppingWhatWasEntered)
   EXPECT_EQ(Cell(Groups(), 0, "Cond livrare"), "EXW");
   EXPECT_EQ(Cell(Groups(), 0, "Suma de redistribuit"), "");
   EXPECT_EQ(Figures().grid_model()->Rows(), 0);
-  Option("Redis_Op_VAT").click();
+  Option("Redis_Op_Incoterms").setFocus();
+  QTest::keyClick(&Option("Redis_Op_Incoterms"), Qt::Key_Right);
+  EXPECT_TRUE(Option("Redis_Op_VAT").isChecked());
   EXPECT_EQ(Cell(Groups(), 0, "Exp TVA cod"), "");
 
   Type(0, "Suma de redistribuit", "5");
@@ -257,7 +265,7 @@ TEST_F(CalculationScreens, NetMassesArePastedAndSharedByCode) {
   Run();
   EXPECT_EQ(Stored(ids[0], "Net"), 3.33);
   EXPECT_EQ(Stored(ids[0], "Val_Stat"), 110.0);
-  EXPECT_THAT(Status(), HasSubstr("1 grupuri nu s-au putut calcula"));
+  EXPECT_THAT(Status(), HasSubstr("Nu s-a putut calcula pe un grup"));
   EXPECT_THAT(Cell(Figures(), 1, "Observatii"), HasSubstr("Eroare"));
   EXPECT_EQ(Cell(Figures(), 1, "Redistribuit [Kg]"), "");
   screen_->close();
