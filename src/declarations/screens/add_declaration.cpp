@@ -2,8 +2,8 @@
 
 #include <QFileDialog>
 #include <QIntValidator>
-#include <QSignalBlocker>
 
+#include "declarations/screens/places.h"
 #include "import/template_rows.h"
 #include "ui/file_options.h"
 #include "ui/memory.h"
@@ -52,7 +52,9 @@ std::vector<std::string> Months() {
 
 Frm_Intrastat_Add::Frm_Intrastat_Add(ui::Context& screen_context, Purpose purpose, QWidget* parent)
     : Form(screen_context, QStringLiteral("Frm_Intrastat_Add"), parent) {
-  setWindowTitle(QStringLiteral("Adauga declaratie - ") + Q(session().current.Nume_Firma));
+  setWindowTitle((purpose == Purpose::kNil ? QStringLiteral("Declaratie nula - ")
+                                           : QStringLiteral("Adauga declaratie - ")) +
+                 Q(session().current.Nume_Firma));
   AddPeriod();
   AddAgent();
   SetButtons(QStringLiteral("&Deschide declaratia"), [this] { Confirm(); });
@@ -64,9 +66,6 @@ Frm_Intrastat_Add::Frm_Intrastat_Add(ui::Context& screen_context, Purpose purpos
   SwitchAgent(false);
   FocusField(QStringLiteral("Txt_Fel"));
 }
-
-// A field that loses the focus still tells of its code: not once this is half gone.
-Frm_Intrastat_Add::~Frm_Intrastat_Add() { hide(); }
 
 void Frm_Intrastat_Add::AddPeriod() {
   const platform::LocalTime now = session().host.clock.Now();
@@ -117,7 +116,6 @@ void Frm_Intrastat_Add::AddAgent() {
   const auto add_names = [this](const char* name, const char* label, const QString& help) {
     auto* box = new ui::CodeBox(this);
     box->setObjectName(QString::fromLatin1(name));
-    box->ShowDescriptions(true);
     box->setMinimumWidth(box->fontMetrics().averageCharWidth() * 30);
     AddField(QString::fromLatin1(label), box, help);
     agent_fields_.push_back(box);
@@ -128,56 +126,7 @@ void Frm_Intrastat_Add::AddAgent() {
                                  QStringLiteral("Localitatile judetului ales; fara judet, toate"));
   agent_fields_.push_back(
       AddText(QStringLiteral("TXT_CodPostal_Dec"), QStringLiteral("Cod p&ostal"), 10, {}, Kind::kFree));
-  Try([&] {
-    county->SetList(
-        ui::CodeList::Read(session().company, "SELECT Jud_Code, Jud_NameRo from Judete ORDER BY Jud_NameRo"));
-    store::Recordset rows = session().company.Query(
-        "SELECT City_Code, City_NameRo, City_RefCode from Orase ORDER BY City_NameRo");
-    for (; !rows.eof(); rows.MoveNext()) {
-      places_.push_back({Q(rows.Get(0).ToText()), Q(rows.Get(1).ToText()), Q(rows.Get(2).ToText())});
-    }
-  });
-  connect(county, &ui::CodeBox::CodeChanged, this, &Frm_Intrastat_Add::ShowPlaces);
-  connect(place, &ui::CodeBox::CodeChanged, this, &Frm_Intrastat_Add::FollowPlace);
-  ShowPlaces();
-}
-
-void Frm_Intrastat_Add::ShowPlaces() {
-  const auto* county = findChild<ui::CodeBox*>(QStringLiteral("TXT_Judet_Dec"));
-  const bool all = county->description().isEmpty();
-  ui::CodeList list;
-  for (std::size_t i = 0; i < places_.size(); ++i) {
-    const Place& place = places_[i];
-    if (!all && place.county != county->code()) continue;
-    const auto same = [&](std::size_t other) {
-      return other < places_.size() && places_[other].name == place.name;
-    };
-    // Among all, counties tell places of one name apart.
-    const ui::CodeList::Line* of =
-        all && (same(i + 1) || (i > 0 && same(i - 1))) ? county->list().Find(place.county) : nullptr;
-    list.lines.push_back(
-        {place.code, of == nullptr ? place.name : place.name + " (" + of->description + ')'});
-  }
-  auto* box = findChild<ui::CodeBox*>(QStringLiteral("TXT_Oras_Dec"));
-  const QString kept = box->code();
-  box->SetList(std::move(list));
-  if (!all && box->description().isEmpty())
-    box->SetCode({});  // of another county
-  else
-    box->SetCode(kept);
-}
-
-void Frm_Intrastat_Add::FollowPlace() {
-  auto* county = findChild<ui::CodeBox*>(QStringLiteral("TXT_Judet_Dec"));
-  auto* box = findChild<ui::CodeBox*>(QStringLiteral("TXT_Oras_Dec"));
-  if (!county->code().isEmpty() || box->description().isEmpty()) return;
-  const QString code = box->code();
-  const auto place =
-      std::find_if(places_.begin(), places_.end(), [&](const Place& each) { return each.code == code; });
-  if (place == places_.end()) return;
-  county->SetCode(place->county);
-  // Not while the list that it was chosen from is still at work.
-  QMetaObject::invokeMethod(this, &Frm_Intrastat_Add::ShowPlaces, Qt::QueuedConnection);
+  places_ = new Places(context(), county, place);
 }
 
 void Frm_Intrastat_Add::SwitchAgent(bool on) {
@@ -196,8 +145,8 @@ void Frm_Intrastat_Add::SwitchAgent(bool on) {
   for (const QWidget* field : agent_fields_) {
     const QString name = field->objectName();
     SetText(name, Q(*HeaderField(header, ui::Utf8(name))));
-    if (name == QLatin1String("TXT_Judet_Dec")) ShowPlaces();
   }
+  places_->Set(Q(header.TXT_Judet_Dec), Q(header.TXT_Oras_Dec));
 }
 
 AddDialog Frm_Intrastat_Add::Typed() const {

@@ -7,6 +7,8 @@
 
 namespace declarations {
 
+class Places;
+
 /// Names the declaration to work on, or writes the nil declaration of a month without trade. Accepted with
 /// opening() set once a declaration is named; nil declarations are written from within and leave the dialog
 /// open for the other flow.
@@ -16,7 +18,6 @@ class Frm_Intrastat_Add : public ui::Form {
   enum class Purpose { kDeclaration, kNil };  ///< which of the two commands Enter runs
 
   Frm_Intrastat_Add(ui::Context& context, Purpose purpose, QWidget* parent);
-  ~Frm_Intrastat_Add() override;
 
   const std::optional<EditorOpening>& opening() const { return opening_; }
 
@@ -26,18 +27,13 @@ class Frm_Intrastat_Add : public ui::Form {
   AddDialog Typed() const;
   bool WithAgent() const;
   void SwitchAgent(bool on);
-  void ShowPlaces();
-  void FollowPlace();
   /// The agent's fields into a header; keeps them as last used.
   void TakeAgent(Header& header);
   void FocusMissing();
   void Confirm();
   void AddNula();
 
-  struct Place {
-    QString code, name, county;
-  };
-  std::vector<Place> places_;
+  Places* places_ = nullptr;
   std::vector<QWidget*> agent_fields_;
   std::optional<EditorOpening> opening_;
 };
