@@ -179,6 +179,7 @@ std::vector<GroupFigures> GroupCalculation::Preview() {
   }
   std::vector<GroupFigures> figures;
   for (const std::int64_t at : taken) {
+    session_.host.progress.Update("", static_cast<int>(figures.size() * 100 / taken.size()));
     row.set_position(at);
     figures.push_back(Measure(row, false));
   }

@@ -72,7 +72,7 @@ class GroupCalculation {
   /// Call Load first. The declaration's own columns (TIP, Cod_Fiscal, Anul, Luna) are not shown.
   std::vector<GroupColumn> Columns() const;
 
-  /// What the run would give each group it takes, without writing anything.
+  /// What the run would give each group it takes, without writing anything. Tells the progress its percents.
   std::vector<GroupFigures> Preview();
   /// The same for one group, by its row in the order the list was read; nothing where the run leaves it out.
   std::optional<GroupFigures> PreviewOf(std::int64_t at);

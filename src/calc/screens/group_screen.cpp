@@ -90,8 +90,18 @@ GroupScreen::GroupScreen(ui::Context& screen_context, const QString& name, const
   status_->setObjectName(QStringLiteral("Stare"));
   outer->addWidget(status_);
   commands_ = new ui::CommandRow(this);
-  commands_->Add(QStringLiteral("CmdAjustare"), QStringLiteral("&Ajustare"), QStringLiteral("calcul"),
-                 [this] { Run(); });
+  commands_
+      ->Add(QStringLiteral("CmdAjustare"), QStringLiteral("&Ajustare"), QStringLiteral("calcul"),
+            [this] { Run(); })
+      ->setToolTip(QStringLiteral("Scrie in liniile declaratiei ce arata tabelul de jos"));
+  commands_
+      ->Add(QStringLiteral("CmdInfo"), QStringLiteral("&Incoterms"), QStringLiteral("info"),
+            [this] {
+              if (context().open_help && !context().open_help("incoterms.html")) {
+                ShowStatus(QStringLiteral("Pagina nu s-a putut deschide: Help\\incoterms.html"));
+              }
+            })
+      ->setToolTip(QStringLiteral("Ce transport cuprinde pretul la fiecare conditie de livrare"));
 
   connect(grid_, &ui::Grid::CurrentRowChanged, this, [this](int row) {
     if (row >= 0 && model_ != nullptr) ShowFiguresOf(row);
@@ -110,14 +120,6 @@ void GroupScreen::HideTotals() { totals_->hide(); }
 void GroupScreen::AddOptions(QWidget* options) { options_->addWidget(options); }
 
 void GroupScreen::Open(const QString& close_name) {
-  commands_
-      ->Add(QStringLiteral("CmdInfo"), QStringLiteral("&Incoterms"), QStringLiteral("info"),
-            [this] {
-              if (context().open_help && !context().open_help("incoterms.html")) {
-                ShowStatus(QStringLiteral("Pagina nu s-a putut deschide: Help\\incoterms.html"));
-              }
-            })
-      ->setToolTip(QStringLiteral("Ce transport cuprinde pretul la fiecare conditie de livrare"));
   commands_->AddApart(close_name, QStringLiteral("I&nchide"), QStringLiteral("iesire"), [this] { close(); })
       ->setToolTip(QStringLiteral("Esc"));
   layout()->addWidget(commands_);

@@ -13,6 +13,7 @@ Frm_Calcul_Transp_Statistic::Frm_Calcul_Transp_Statistic(ui::Context& screen_con
                    parent) {
   SetFirstSize({1340, 700});
   AddAction(QStringLiteral("Redis_Op_Proc"), QStringLiteral("&Procent..."), [this] { OpenPercentages(); });
+  commands()->AddSeparator();
   commands()->Add(QStringLiteral("CmdStergeRedistribuire"), QStringLiteral("&Sterge redistribuirea"),
                   QStringLiteral("sterge"), [this] { RemoveAll(); });
   OpenList();

@@ -249,6 +249,8 @@ TEST_F(CalculationScreens, NetMassesArePastedAndSharedByCode) {
   Show<Frm_Calcul_Net>();
   EXPECT_THAT(test_support::SharedMnemonics(*screen_), testing::IsEmpty());
   EXPECT_EQ(screen_->findChild<QRadioButton*>("Redis_Mod_Net"), nullptr);
+  EXPECT_EQ(ScreenFixture::Get<QLabel>(*screen_, "Ajutor").text(),
+            "Bifati / Debifati prima coloana Redistribuie si introduceti GREUATTEA NETA DE REDISTRIBUIT");
   Option("Redis_Op_CodVamal").click();
   ASSERT_EQ(Groups().grid_model()->Rows(), 3);
   Q_EMIT Groups().Pasted(0, ColumnOf(Groups(), "Greutate de redistribuit"), "10\t999\n\n7,5\n");
