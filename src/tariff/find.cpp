@@ -69,6 +69,39 @@ std::string FindCondition(FindOption option, std::string_view column, std::strin
   return Contains(column, text);
 }
 
+std::vector<std::string> SelectedColumns(std::string_view select) {
+  std::vector<std::string> columns;
+  constexpr std::string_view kSelect = "SELECT ", kFrom = " FROM ";
+  std::size_t from = FindWord(select, kSelect);
+  if (from == std::string_view::npos) return columns;
+  from += kSelect.size();
+  const auto take = [&](std::size_t to) {
+    const std::string_view text = Trimmed(select.substr(from, to - from));
+    const bool bare = (text.starts_with('[') && text.find(']') == text.size() - 1) ||
+                      std::all_of(text.begin(), text.end(), [](char c) {
+                        return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+                      });
+    columns.push_back(bare ? std::string(text) : "(" + std::string(text) + ")");
+    from = to + 1;
+  };
+  int depth = 0;
+  bool quoted = false;
+  for (std::size_t i = from; i < select.size(); ++i) {
+    const char c = select[i];
+    if (c == '\'') quoted = !quoted;
+    if (quoted) continue;
+    if (c == '(') ++depth;
+    if (c == ')') --depth;
+    if (depth != 0) continue;
+    if (c == ',') take(i);
+    if (FindWord(select.substr(i, kFrom.size()), kFrom) == 0) {
+      take(i);
+      return columns;
+    }
+  }
+  return {};
+}
+
 std::string Narrow(std::string_view select, std::string_view condition) {
   std::string order;
   if (const std::size_t at = FindWord(select, "ORDER BY"); at != std::string_view::npos) {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tariff {
 
@@ -15,6 +16,10 @@ std::string_view FindHint(FindOption option);
 /// "+" asks for every part, otherwise "-" for any; the two are never mixed, and without either the whole text
 /// must occur.
 std::string FindCondition(FindOption option, std::string_view column, std::string_view text);
+
+/// The columns of a SELECT as they are written in it ("[HS8_COD]", "(TR1_COD + '.'+ TR2_COD)"), so that a
+/// condition can name them; anything but a bare name stands in parentheses.
+std::vector<std::string> SelectedColumns(std::string_view select);
 
 /// A list's statement narrowed by a condition: an ORDER BY stays last, a condition that is there already is
 /// kept, and each of its alternatives is narrowed.

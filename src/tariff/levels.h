@@ -54,6 +54,10 @@ inline constexpr Level kLevels[] = {
 /// Null where there is no such level.
 const Level* FindLevel(int number);
 const Level* NextLevel(const Level& level);
+const Level* LevelAbove(const Level& level);
+
+/// Statement that answers the code above one of a level's; empty at the sections.
+std::string ParentStatement(const Level& level, std::string_view code);
 
 /// Statement of the next level's rows below a code; empty at the last level.
 std::string ChildrenStatement(const Level& level, std::string_view code);

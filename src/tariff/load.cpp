@@ -36,6 +36,9 @@ class TariffPause {
   bool paused_;
 };
 
+/// The user asked to stop.
+struct Stopped {};
+
 void Count(const Nomenclature& nomenclature, LoadOutcome& outcome) {
   outcome.version = nomenclature.version;
   outcome.sections = static_cast<int>(nomenclature.sections.size());
@@ -59,8 +62,13 @@ LoadOutcome LoadNomenclature(session::Session& session, std::string_view data_fo
   };
   if (year < kFirstYear || year > kLastYear) return fail(fmt::format("anul {} nu este valabil", year));
   platform::Files& files = session.host.files;
+  const auto tell = [&session](std::string_view step, int percent) {
+    session.host.progress.Update(step, percent);
+    if (session.host.progress.Cancelled()) throw Stopped{};
+  };
   try {
     if (!files.Exists(xml_path)) return fail("nu exista");
+    tell("Se citeste nomenclatorul", 0);
     std::string xml = files.Read(xml_path);
     const NomenclatureReading reading = ReadNomenclature(xml);
     if (!reading.error.empty()) return fail(reading.error);
@@ -77,11 +85,15 @@ LoadOutcome LoadNomenclature(session::Session& session, std::string_view data_fo
     RegisterYear(session.common, year, file);
     {
       const TariffPause pause(session, path);
-      WriteTariffFile(environment, files, path, layout, reading.nomenclature, year);
+      WriteTariffFile(environment, files, path, layout, reading.nomenclature, year,
+                      [&tell](int percent) { tell("Se scrie tariful", 20 + percent * 8 / 10); });
     }
     transaction.Commit();
     outcome.file = file;
     Count(reading.nomenclature, outcome);
+    return outcome;
+  } catch (const Stopped&) {
+    outcome.stopped = true;
     return outcome;
   } catch (const platform::FileError& error) {
     return fail(error.what());

@@ -9,8 +9,9 @@ namespace tariff {
 
 struct LoadOutcome {
   std::string
-      error;         ///< empty: loaded; else a Romanian sentence that names the file, and nothing has changed
-  std::string file;  ///< the tariff file written, "CN_2024.mdb"
+      error;  ///< empty: loaded; else a Romanian sentence that names the file, and nothing has changed
+  bool stopped = false;  ///< the user asked for it; nothing has changed
+  std::string file;      ///< the tariff file written, "CN_2024.mdb"
   std::string
       version;  ///< what the nomenclature file calls itself; the caller may tell where it is not the year
   int sections = 0, chapters = 0, headings = 0, subheadings = 0;
@@ -19,6 +20,7 @@ struct LoadOutcome {
 
 /// Builds the tariff file of `year` from the institute's nomenclature file and registers it in
 /// InsCodeVersions of the common database (open in the session). An existing tariff of that year is replaced.
+/// Runs under session.host.progress and can be stopped until the new file is in place.
 /// A tariff connection open on that very file is closed and opened again. `data_folder` holds the layout.
 LoadOutcome LoadNomenclature(session::Session& session, std::string_view data_folder,
                              std::string_view xml_path, int year);

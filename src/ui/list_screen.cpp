@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QSplitter>
 
 #include "ui/grid_export.h"
 #include "ui/icons.h"
@@ -169,6 +170,17 @@ void ListScreen::ShowFile(const std::string& windows_path) {
 }
 
 void ListScreen::AddAboveGrid(QWidget* widget) { above_->addWidget(widget); }
+
+void ListScreen::AddBelowGrid(QWidget* widget, int height) {
+  auto* splitter = new QSplitter(Qt::Vertical, this);
+  middle_->insertWidget(middle_->indexOf(grid_), splitter, 1);
+  splitter->addWidget(grid_);
+  splitter->addWidget(widget);
+  splitter->setChildrenCollapsible(false);
+  splitter->setStretchFactor(0, 1);
+  constexpr int kGridHeight = 400;  // only its proportion to the pane counts
+  splitter->setSizes({kGridHeight, height});
+}
 
 TotalsRow* ListScreen::totals_row() {
   if (totals_row_ == nullptr) {

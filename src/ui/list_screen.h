@@ -52,6 +52,9 @@ class ListScreen : public Screen {
   enum class Search { kInGrid, kOwn };
   void AddListCommands(const QString& report_title, Search search = Search::kInGrid);
 
+  /// For a list whose contents change their name.
+  void SetReportTitle(const QString& title) { report_title_ = title; }
+
   /// Does not own the model.
   void SetModel(GridModel* model);
   /// "  Total Inregistrari :  " by default; the count is put after it.
@@ -62,6 +65,8 @@ class ListScreen : public Screen {
 
   /// A widget between the command row and the grid.
   void AddAboveGrid(QWidget* widget);
+  /// A pane under the grid that the user can make larger or smaller; at most one.
+  void AddBelowGrid(QWidget* widget, int height);
   /// Totals under the columns; made at the first call.
   TotalsRow* totals_row();
 

@@ -35,6 +35,20 @@ TEST(Narrow, KeepsConditionAndOrder) {
             "SELECT a FROM T WHERE a=1 AND (c LIKE '%x%' OR c LIKE '%y%')");
 }
 
+TEST(SelectedColumns, AreNamedAsTheStatementWritesThem) {
+  EXPECT_EQ(
+      tariff::SelectedColumns("SELECT TR1_COD + '.'+ TR2_COD, TR_DESC FROM Tranzactii ORDER BY TR1_COD"),
+      (std::vector<std::string>{"(TR1_COD + '.'+ TR2_COD)", "TR_DESC"}));
+  EXPECT_EQ(tariff::SelectedColumns("select LEFT([A B],2), ', from ' & [C], [D] from T"),
+            (std::vector<std::string>{"(LEFT([A B],2))", "(', from ' & [C])", "[D]"}));
+}
+
+TEST(Levels, GoUpToTheSections) {
+  EXPECT_EQ(tariff::LevelAbove(*tariff::FindLevel(1)), nullptr);
+  EXPECT_EQ(tariff::ParentStatement(*tariff::FindLevel(8), "84713000"),
+            "SELECT [HS6_COD] FROM [HS_8] WHERE [HS8_COD]='84713000'");
+}
+
 TEST(Levels, GoDownToTheCodes) {
   EXPECT_EQ(tariff::ChildrenStatement(*tariff::FindLevel(1), "XVI"),
             "SELECT [HS2_COD], [HS2_DESC], [HS2_NOTE] FROM [HS_2] WHERE [HS1_COD]='XVI' ORDER BY [HS2_COD]");

@@ -1,5 +1,6 @@
 #include "tariff/screens/reference_list.h"
 
+#include "tariff/screens/find_dialog.h"
 #include "ui/text.h"
 
 namespace tariff {
@@ -23,15 +24,36 @@ std::vector<ui::Column> ColumnsOf(const ReferenceTable& table, const store::Reco
 }  // namespace
 
 Frm_Tabel::Frm_Tabel(ui::Context& context, const ReferenceTable& table, QWidget* parent)
-    : ListScreen(context, QStringLiteral("Frm_Tabel"), parent) {
+    : ListScreen(context, QStringLiteral("Frm_Tabel"), parent), whole_(table.query), select_(table.query) {
   setWindowTitle(ui::Q(table.title));
+  AddFindCommand(*this,
+                 {[this] { return FindIn(*this, session().common, select_); },
+                  [this](const std::string& select, const store::Recordset& rows) { Show(select, rows); }});
+  commands()->Add(
+      QStringLiteral("CmdToate"), QStringLiteral("Arata t&oate"), QStringLiteral("toate"),
+      [this] {
+        Show(whole_, session().common.Query(whole_));
+        ShowStatus({});
+      },
+      QKeySequence(Qt::Key_F5));
+  commands()->AddSeparator();
   AddListCommands(ui::Q("  REPORT - " + table.title));
   grid()->SetLayoutName(QStringLiteral("Frm_Tabel ") + windowTitle());
-  grid()->SetEmptyText(
-      QStringLiteral("Aici apar codurile tabelei de referinta. Tabela este goala: ea se completeaza la "
-                     "actualizarea programului (Firme Meniu, Setari, Actualizare program)."));
   store::Recordset rows = session().common.Query(table.query);
-  SetModel(new ui::RecordsetModel(ColumnsOf(table, rows), rows, this));
+  model_ = new ui::RecordsetModel(ColumnsOf(table, rows), rows, this);
+  SetModel(model_);
+  Show(whole_, rows);
+}
+
+void Frm_Tabel::Show(const std::string& select, const store::Recordset& rows) {
+  select_ = select;
+  grid()->SetEmptyText(
+      select_ == whole_
+          ? QStringLiteral("Aici apar codurile tabelei de referinta. Tabela este goala: ea se completeaza la "
+                           "actualizarea programului (Firme Meniu, Setari, Actualizare program).")
+          : QStringLiteral("Niciun cod nu corespunde expresiei cautate. \"Arata toate\" arata din nou "
+                           "intreaga tabela."));
+  model_->SetRows(rows);
 }
 
 }  // namespace tariff
