@@ -37,7 +37,7 @@ constexpr AgentField kShort[] = {
 };
 
 std::vector<std::string> Choices(const session::Session& session, std::string_view control,
-                                 std::vector<std::string> built_in) {
+                                 const std::vector<std::string>& built_in) {
   std::vector<std::string> items = importer::ReadComboList(session, control, "Frm_Intrastat_Add");
   return items.empty() ? built_in : items;
 }

@@ -33,6 +33,8 @@ Places::Places(ui::Context& context, ui::CodeBox* county, ui::CodeBox* town)
   ShowTowns();
   connect(county_, &ui::CodeBox::CodeChanged, this, &Places::FollowCounty);
   connect(town_, &ui::CodeBox::CodeChanged, this, &Places::FollowTown);
+  // Not while the list that the town was chosen from is still at work.
+  connect(this, &Places::CountyFollowed, this, &Places::ShowTowns, Qt::QueuedConnection);
 }
 
 void Places::Set(const QString& county_code, const QString& town_code) {
@@ -66,8 +68,7 @@ void Places::FollowTown() {
   const auto of = county_of_.find(town_->code());
   if (county_->code().isEmpty() && of != county_of_.end()) {
     county_->SetCode(of->second);
-    // Not while the list that it was chosen from is still at work.
-    QMetaObject::invokeMethod(this, &Places::ShowTowns, Qt::QueuedConnection);
+    Q_EMIT CountyFollowed();
   }
   Q_EMIT Changed();
 }

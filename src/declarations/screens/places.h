@@ -21,6 +21,7 @@ class Places : public QObject {
 
  Q_SIGNALS:
   void Changed();  ///< either field, typed, chosen, or following the other
+  void CountyFollowed();
 
  private:
   void ShowTowns();
