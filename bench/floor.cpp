@@ -200,7 +200,7 @@ Floor MeasureFloor(const std::string& worksheet, const std::string& sheet, const
   Floor floor;
   const double start = Seconds();
   CountingSink sink;
-  platform::spreadsheet::OpenXls(worksheet)->Read(sheet, sink);
+  platform::spreadsheet::OpenWorkbook(worksheet)->Read(sheet, sink);
   floor.read_cells = Seconds() - start;
   floor.cells = sink.count;
   floor.insert = InsertRaw(lines, folder + "/floor.db");

@@ -79,6 +79,15 @@ macro(dx_find_xlsxwriter)
     IMPORTED_LOCATION "${XLSXWRITER_LIBRARY}" INTERFACE_INCLUDE_DIRECTORIES "${XLSXWRITER_INCLUDE_DIR}")
 endmacro()
 
+# Target libzip::zip; its own CMake files ask for the tools too, which are packages apart.
+macro(dx_find_libzip)
+  find_path(LIBZIP_INCLUDE_DIR zip.h REQUIRED)
+  find_library(LIBZIP_LIBRARY zip REQUIRED)
+  add_library(libzip::zip UNKNOWN IMPORTED)
+  set_target_properties(libzip::zip PROPERTIES
+    IMPORTED_LOCATION "${LIBZIP_LIBRARY}" INTERFACE_INCLUDE_DIRECTORIES "${LIBZIP_INCLUDE_DIR}")
+endmacro()
+
 # As dx_library, for the shared screen parts and the screens: with Qt's own precompiled header, moc and resources.
 function(dx_qt_library name)
   cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})

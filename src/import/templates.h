@@ -59,6 +59,9 @@ struct Sample {
 };
 inline constexpr const char* kSampleHeadings[] = {"Nr. Coloana", "Cap Coloana", "Prima Valoare"};
 inline constexpr char kSampleFilter[] = "Excel Files (*.xls)|*.xls|";
+/// The same with the other formats behind, for the file dialogs of templates and import.
+inline constexpr char kWorksheetFilter[] =
+    "Excel Files (*.xls)|*.xls|Foi de calcul (*.xls;*.xlsx;*.ods;*.csv)|*.xls;*.xlsx;*.ods;*.csv|";
 inline constexpr char kDefaultSheet[] = "Sheet1";
 
 /// Reads a sample's columns; an empty sheet name is "Sheet1". A missing or unreadable file is shown.

@@ -89,7 +89,7 @@ void SourceSchema::Register() {
       throw Error(kIntegrity, path, fmt::format("Nu exista fisierul {}", path));
     }
     try {
-      book_ = platform::spreadsheet::OpenXls(host_path_);
+      book_ = platform::spreadsheet::OpenWorkbook(host_path_);
     } catch (const SheetError& error) {
       throw Error(kIntegrity, path,
                   fmt::format("Fisierul {} nu poate fi citit: {}", path, ReasonOf(error, path)));

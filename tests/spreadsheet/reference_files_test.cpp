@@ -39,7 +39,7 @@ class ReferenceFiles : public testing::Test {
 
   static CellMap Cells(std::string_view file, std::string_view sheet) {
     CellMap cells;
-    OpenXls((kFolder / file).string())->Read(sheet, cells);
+    OpenWorkbook((kFolder / file).string())->Read(sheet, cells);
     return cells;
   }
 };

@@ -139,7 +139,7 @@ TEST_F(SheetTable, FindsSheetsByTheirFittedNames) {
   EXPECT_EQ(Show(Read(book, options, "SHEET1"), 0, 0), "2");
   EXPECT_THROW(Read(book, options, "Achiz"), SheetError);
   std::vector<std::string> names;
-  const std::unique_ptr<Workbook> opened = OpenXls((folder_.path() / "test.xls").string());
+  const std::unique_ptr<Workbook> opened = OpenWorkbook((folder_.path() / "test.xls").string());
   for (const SheetInfo& info : opened->sheets()) names.push_back(info.name);
   EXPECT_THAT(names, testing::ElementsAre("Achiz. 03!2026", "Sheet1"));
 }

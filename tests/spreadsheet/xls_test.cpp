@@ -190,9 +190,7 @@ TEST(Xls, PassesOverChartsAndNamesHiddenSheets) {
 }
 
 TEST(Xls, RefusesForeignFilesByName) {
-  const auto zeros = [](std::string head) { return head + std::string(600, '\0'); };
   EXPECT_EQ(Refusal("").first, Reason::kNotAWorksheet);
-  EXPECT_EQ(Refusal(zeros("PK\x03\x04")).first, Reason::kUnsupported);
   EXPECT_THAT(Refusal(" \r\n<html><table>").second, testing::HasSubstr("HTML"));
   EXPECT_THAT(Refusal("\xEF\xBB\xBF<?xml version=\"1.0\"?>").second, testing::HasSubstr("XML"));
   EXPECT_THAT(Refusal(std::string("\xFF\xFE<\0h\0t\0m\0l\0", 12)).second, testing::HasSubstr("HTML"));
@@ -221,7 +219,7 @@ TEST(Xls, NamesTheSheetAndPlaceOfDamage) {
   EXPECT_THAT(names, testing::HasSubstr("Foaie"));
 
   try {
-    OpenXls("/nowhere/achizitii.xls");
+    OpenWorkbook("/nowhere/achizitii.xls");
     FAIL();
   } catch (const SheetError& error) {
     EXPECT_EQ(error.reason(), Reason::kUnreadable);

@@ -72,7 +72,8 @@ int RunStatements(Context& context, store::Connection& connection,
 /// How a file is opened: databases by their string, worksheets and delimited files through their drivers.
 std::string FileConnectionString(const std::string& path) {
   const std::string lower = platform::ToLower(path);
-  if (lower.ends_with(".xls")) return store::ImportSheetString(path);
+  if (lower.ends_with(".xls") || lower.ends_with(".xlsx") || lower.ends_with(".ods"))
+    return store::ImportSheetString(path);
   if (lower.ends_with(".txt") || lower.ends_with(".csv") || lower.ends_with(".tab")) {
     return store::TextFolderString(platform::FolderOf(path));
   }

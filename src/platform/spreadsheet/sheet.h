@@ -56,7 +56,12 @@ class Workbook {
   virtual void Read(std::string_view sheet, CellSink& sink) = 0;
 };
 
-/// Opens a .xls file (BIFF5 or BIFF8) of this host. Throws SheetError.
-std::unique_ptr<Workbook> OpenXls(const std::string& host_path);
+/// Opens a worksheet file of this host: .xls (BIFF5 or BIFF8), .xlsx, .ods, or delimited text. The content
+/// tells which, so a workbook under another format's name is read too; only delimited text, which has no mark
+/// of its own, needs an extension that says so (csv, tsv, tab, txt, asc). Throws SheetError.
+std::unique_ptr<Workbook> OpenWorkbook(const std::string& host_path);
+
+/// The same on a file's content; the name, without folders, is for its extension and for messages.
+std::unique_ptr<Workbook> OpenWorkbookContent(std::string content, std::string_view file_name);
 
 }  // namespace platform::spreadsheet

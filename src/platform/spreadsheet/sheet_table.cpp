@@ -1,8 +1,11 @@
 #include "platform/encoding.h"
+#include "platform/spreadsheet/cell_value.h"
 #include "platform/spreadsheet/table_builder.h"
 
 namespace platform::spreadsheet {
 namespace {
+
+constexpr std::uint32_t kTableColumns = 256;  // as a .xls sheet has; what lies farther right is left out
 
 // Takes a worksheet's values into a table from the first row that has one; rows in between stay empty.
 class TableSink : public CellSink {
@@ -13,14 +16,15 @@ class TableSink : public CellSink {
     const bool value = cell.kind != CellKind::kEmpty && cell.kind != CellKind::kError &&
                        !(cell.kind == CellKind::kText && cell.text.empty());
     // An error takes part in the used range like any value, and reads as Null.
-    if (!value && cell.kind != CellKind::kError) return true;
+    if ((!value && cell.kind != CellKind::kError) || cell.column >= kTableColumns) return true;
     if (!started_) {
       next_row_ = cell.row;
       builder_->SetFirstRow(cell.row + 1);
     }
     started_ = true;
-    for (; next_row_ < cell.row; ++next_row_) builder_->EndRow();
+    if (next_row_ < cell.row) EndRows(cell.row);
     if (!value) return true;
+    width_ = cell.column + 1;
     if (cell.kind == CellKind::kText) {
       builder_->PutText(cell.column, cell.text);
     } else {
@@ -34,9 +38,18 @@ class TableSink : public CellSink {
   }
 
  private:
+  // A few cells far to the right make many places in the table.
+  void EndRows(std::uint32_t row) {
+    places_ += width_;
+    width_ = 0;
+    if (places_ > kMostCells) TooManyCells();
+    for (; next_row_ < row; ++next_row_) builder_->EndRow();
+  }
+
   TableBuilder* builder_;
   bool started_ = false;
   std::uint32_t next_row_ = 0;
+  std::size_t width_ = 0, places_ = 0;
 };
 
 // The worksheet's own name for one that a statement wrote, with or without the fitted characters.
@@ -55,7 +68,7 @@ std::string ResolveSheet(const Workbook& book, std::string_view sheet) {
 }  // namespace
 
 Table ReadSheetTable(const std::string& host_path, std::string_view sheet, const SheetOptions& options) {
-  return ReadSheetTable(*OpenXls(host_path), sheet, options);
+  return ReadSheetTable(*OpenWorkbook(host_path), sheet, options);
 }
 
 Table ReadSheetTable(Workbook& book, std::string_view sheet, const SheetOptions& options) {

@@ -42,8 +42,9 @@ struct Column {
 /// A source (worksheet or delimited file) read whole into typed columns: what the drivers show as a table.
 ///
 /// With headings, the first row names the columns: a blank heading is F and its 1-based number, a repeated
-/// one gets a number behind it. A worksheet's table is its used range: it starts at the first row and the
-/// first column that hold a value and ends at the last ones. There is always at least one column.
+/// one gets a number behind it. A worksheet's table is its used range within the first 256 columns: it starts
+/// at the first row and the first column that hold a value and ends at the last ones. There is always at
+/// least one column.
 class Table {
  public:
   const std::vector<Column>& columns() const { return columns_; }

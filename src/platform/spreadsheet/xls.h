@@ -2,12 +2,16 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
-#include "platform/spreadsheet/sheet.h"
+#include "platform/spreadsheet/sheet_book.h"
 
 namespace platform::spreadsheet {
 
-/// The same as OpenXls, on a file's content. Messages do not name the file.
-std::unique_ptr<Workbook> OpenXlsContent(std::string content);
+/// Whether a file's content begins as a .xls does, whatever its name.
+bool IsXls(std::string_view content);
+
+/// Opens the content of a .xls file (BIFF5 or BIFF8). Throws SheetError, which does not name the file.
+std::unique_ptr<SheetBook> OpenXlsContent(std::string content);
 
 }  // namespace platform::spreadsheet

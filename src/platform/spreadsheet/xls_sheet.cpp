@@ -1,12 +1,10 @@
 #include "platform/spreadsheet/xls_sheet.h"
 
-#include <fmt/core.h>
-
 #include <algorithm>
 #include <bit>
-#include <cmath>
 
 #include "platform/encoding.h"
+#include "platform/spreadsheet/cell_value.h"
 
 namespace platform::spreadsheet {
 namespace {
@@ -15,15 +13,7 @@ using biff::Record;
 using biff::RecordReader;
 
 constexpr std::uint16_t kColumns = 256;
-constexpr double kDays1904 = 1462;     // between 1899-12-30 and 1904-01-01
-constexpr double kLastDate = 2958465;  // 9999-12-31
-constexpr double kPhantomDay = 60;     // the 29th of February 1900 that these files count
-constexpr std::size_t kCellHead = 6;   // row, column, XF: 16 bits each
-
-[[noreturn]] void DamagedCell(const CellEvent& cell, const char* what) {
-  throw SheetError(SheetError::Reason::kDamaged, fmt::format("este deteriorata la randul {}, coloana {}: {}",
-                                                             cell.row + 1, cell.column + 1, what));
-}
+constexpr std::size_t kCellHead = 6;  // row, column, XF: 16 bits each
 
 // Payload that a record of this kind has at least; 0 for records that hold no value of a cell.
 std::size_t CellPayload(std::uint16_t id) {
@@ -192,25 +182,7 @@ bool XlsSheetReader::DeliverMulRk(const Record& record, CellEvent cell, CellSink
 }
 
 void XlsSheetReader::SetNumber(CellEvent& cell, std::uint16_t xf, double number) const {
-  using Kind = NumberFormat::Kind;
-  const NumberFormat format = globals_->FormatOf(xf);
-  cell.kind = CellKind::kNumber;
-  cell.number = number;
-  cell.zero_pad = format.zero_pad;
-  cell.text = {};
-  if (!std::isfinite(number)) {
-    cell.kind = CellKind::kError;
-    cell.text = "#NUM!";
-    return;
-  }
-  if (format.kind == Kind::kNumber || number < 0 || number > kLastDate) return;
-  cell.kind = CellKind::kDate;
-  if (format.kind == Kind::kElapsed || (format.kind == Kind::kTime && number < 1)) return;
-  if (globals_->base_1904) {
-    cell.number += kDays1904;
-  } else if (format.kind == Kind::kDate && number >= 1 && number < kPhantomDay) {
-    cell.number += 1;  // before the phantom day these files count one less
-  }
+  spreadsheet::SetNumber(cell, globals_->FormatOf(xf), number, globals_->base_1904);
 }
 
 void XlsSheetReader::SetFormulaResult(CellEvent& cell, std::string_view data, RecordReader ahead) {
