@@ -1,7 +1,6 @@
 #include "ui/code_box.h"
 
 #include <QCompleter>
-#include <QStandardItemModel>
 #include <QTreeView>
 #include <QValidator>
 #include <QWheelEvent>
@@ -13,6 +12,35 @@ constexpr int kCodeColumn = 0, kDescriptionColumn = 1;
 constexpr int kSearchRole = Qt::UserRole + 1;  // "code description", what typing is looked for in
 constexpr int kWidestDescription = 80;         // characters; longer ones end in "…"
 constexpr int kShownRows = 14;
+
+/// The list itself as a model: opening a cell on the ten thousand goods codes costs nothing.
+class ListModel : public QAbstractTableModel {
+ public:
+  ListModel(const CodeList* list, QObject* parent) : QAbstractTableModel(parent), list_(list) {}
+  void Begin() { beginResetModel(); }
+  void End() { endResetModel(); }
+
+  int rowCount(const QModelIndex& parent) const override {
+    return parent.isValid() ? 0 : static_cast<int>(list_->lines.size());
+  }
+  int columnCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : 2; }
+  QVariant data(const QModelIndex& index, int role) const override {
+    if (!index.isValid()) return {};
+    const CodeList::Line& line = list_->lines[static_cast<std::size_t>(index.row())];
+    const bool code = index.column() == kCodeColumn;
+    if (role == Qt::DisplayRole || role == Qt::EditRole) return code ? line.code : line.description;
+    if (role == Qt::ToolTipRole) return code ? QVariant() : line.description;
+    if (role == kSearchRole) return code ? QVariant(line.code + ' ' + line.description) : line.description;
+    return {};
+  }
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+    return section == kCodeColumn ? QStringLiteral("Cod") : QStringLiteral("Denumire");
+  }
+
+ private:
+  const CodeList* list_;
+};
 
 /// Completes by any part of code or description; what it leaves in the field is the code (or the name).
 class Completer : public QCompleter {
@@ -68,7 +96,7 @@ CodeBox::CodeBox(QWidget* parent) : QComboBox(parent) {
   setInsertPolicy(QComboBox::NoInsert);
   setMaxVisibleItems(kShownRows);
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  setModel(new QStandardItemModel(0, 2, this));
+  setModel(new ListModel(&list_, this));
   list_view_ = NewList(this);
   setView(list_view_);
   auto* completer = new Completer(model(), this);
@@ -93,21 +121,18 @@ CodeBox::CodeBox(QWidget* parent) : QComboBox(parent) {
 
 void CodeBox::SetList(CodeList list) {
   const QString kept = code();
+  auto* items = static_cast<ListModel*>(model());
+  items->Begin();
   list_ = std::move(list);
-  auto* items = qobject_cast<QStandardItemModel*>(model());
-  items->clear();
-  items->setHorizontalHeaderLabels({QStringLiteral("Cod"), QStringLiteral("Denumire")});
-  int code_width = fontMetrics().horizontalAdvance(QStringLiteral("Cod")), description_width = 0;
+  items->End();
+  // Measured are the longest only: measuring ten thousand texts would be felt.
+  QString code = QStringLiteral("Cod"), description;
   for (const CodeList::Line& line : list_.lines) {
-    auto* code = new QStandardItem(line.code);
-    auto* description = new QStandardItem(line.description);
-    description->setToolTip(line.description);
-    code->setData(line.code + ' ' + line.description, kSearchRole);
-    description->setData(line.description, kSearchRole);
-    items->appendRow({code, description});
-    code_width = std::max(code_width, fontMetrics().horizontalAdvance(line.code));
-    description_width = std::max(description_width, fontMetrics().horizontalAdvance(line.description));
+    if (line.code.size() > code.size()) code = line.code;
+    if (line.description.size() > description.size()) description = line.description;
   }
+  const int code_width = fontMetrics().horizontalAdvance(code);
+  int description_width = fontMetrics().horizontalAdvance(description.left(kWidestDescription));
   const int shown = show_descriptions_ ? kDescriptionColumn : kCodeColumn;
   setModelColumn(shown);
   auto* completing = static_cast<Completer*>(completer());

@@ -101,8 +101,12 @@ void Grid::ApplyLayout() {
   const QFontMetrics heading(header->font());
   for (int i = 0; i < header->count(); ++i) {
     const Column& column = model_->columns()[static_cast<std::size_t>(i)];
-    // Room for the whole caption with its sort arrow.
-    const int caption = heading.horizontalAdvance(column.caption) + heading.height() + 10;
+    // Room for the whole caption, line by line, with its sort arrow.
+    int caption = 0;
+    for (const QString& line :
+         model_->headerData(i, Qt::Horizontal, Qt::DisplayRole).toString().split('\n')) {
+      caption = std::max(caption, heading.horizontalAdvance(line) + heading.height() + 10);
+    }
     header->resizeSection(i, std::max(column.width * character + 14, caption));
     header->setSectionHidden(i, column.hidden);
   }
@@ -299,6 +303,9 @@ void Grid::ToggleTick(const QModelIndex& index) {
   Store(index.row(), index.column(), on ? QStringLiteral("0") : QStringLiteral("1"));
 }
 
+bool Grid::CommitEdit() { return delegate_->FinishOpen(true); }
+void Grid::RevertEdit() { delegate_->FinishOpen(false); }
+
 bool Grid::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
   // Arrows belong to the text only where the user went into it on purpose.
   if (trigger != NoEditTriggers) delegate_->KeepArrows(trigger != AnyKeyPressed);
@@ -367,7 +374,7 @@ void Grid::keyboardSearch(const QString& text) {
 
 void Grid::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
-  if (empty_text_.isEmpty() || (model_ != nullptr && model_->Rows() > 0)) return;
+  if (empty_text_.isEmpty() || (model_ != nullptr && model_->DataRows() > 0)) return;
   QPainter painter(viewport());
   QColor text = palette().text().color();
   painter.setPen(Blend(palette().base().color(), text, 0.75));

@@ -56,6 +56,10 @@ class Grid : public QTableView {
   /// Gives a cell its typed text; a refusal or a failing store is shown and answers false.
   bool Store(int row, int column, const QString& text);
   void ToggleTick(const QModelIndex& index);
+  /// Ends the typing in a cell, keeping what was typed, for commands that come by their keys. False where it
+  /// was refused (shown).
+  bool CommitEdit();
+  void RevertEdit();  ///< the same, leaving the cell as it was
   /// True while more than one cell is selected.
   bool has_block() const { return has_block_; }
 

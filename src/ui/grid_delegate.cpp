@@ -1,6 +1,7 @@
 #include "ui/grid_delegate.h"
 
 #include <QAbstractItemView>
+#include <QCompleter>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPixmapCache>
@@ -152,7 +153,9 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
   const CodeList* codes = column.codes ? column.codes() : nullptr;
   if (codes != nullptr) {
     auto* box = new CodeBox(parent);
+    box->ShowDescriptions(column.names);
     box->SetList(*codes);
+    box->completer()->popup()->installEventFilter(const_cast<GridDelegate*>(this));
     box->setFrame(false);
     editor_ = box;
   } else {
@@ -218,6 +221,24 @@ bool GridDelegate::Finish(QWidget* editor) {
   return !changed || grid_->Store(at.row(), at.column(), text);
 }
 
+bool GridDelegate::FinishOpen(bool keep) {
+  if (editor_ == nullptr || stored_) return true;
+  if (keep) return Finish(editor_);
+  stored_ = true;
+  Q_EMIT closeEditor(editor_, RevertModelCache);
+  return true;
+}
+
+bool GridDelegate::OnListKey(CodeBox* box, QKeyEvent* key) {
+  // One press does: it takes the line chosen in the list, if any, and goes on.
+  if (key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter && key->key() != Qt::Key_Tab) return false;
+  QAbstractItemView* popup = box->completer()->popup();
+  const QModelIndex chosen = popup->currentIndex();
+  if (chosen.isValid()) box->lineEdit()->setText(box->completer()->pathFromIndex(chosen));
+  popup->hide();
+  return OnKey(box, key);
+}
+
 bool GridDelegate::OnKey(QWidget* editor, QKeyEvent* key) {
   const auto* box = qobject_cast<CodeBox*>(editor);
   if (key->modifiers() & (Qt::AltModifier | Qt::ControlModifier)) return false;
@@ -254,6 +275,10 @@ bool GridDelegate::OnKey(QWidget* editor, QKeyEvent* key) {
 
 bool GridDelegate::eventFilter(QObject* watched, QEvent* event) {
   auto* editor = qobject_cast<QWidget*>(watched);
+  auto* box = qobject_cast<CodeBox*>(editor_);
+  if (box != nullptr && editor == box->completer()->popup()) {
+    return event->type() == QEvent::KeyPress && OnListKey(box, static_cast<QKeyEvent*>(event));
+  }
   if (editor != nullptr && editor == editor_ && event->type() == QEvent::KeyPress) {
     if (OnKey(editor, static_cast<QKeyEvent*>(event))) return true;
     // Neither the base's own keys nor, for a line, what the grid would do with them.

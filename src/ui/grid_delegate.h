@@ -7,6 +7,7 @@
 
 namespace ui {
 
+class CodeBox;
 class Grid;
 
 /// Paints a grid's cells and edits them: a line, or a CodeBox where the column has a list. Enter and Tab
@@ -19,6 +20,8 @@ class GridDelegate : public QStyledItemDelegate {
 
   void SetColours(const GridColours& colours) { colours_ = colours; }
   QWidget* editor() const { return editor_; }  ///< of the cell being edited; null
+  /// Closes the editor of the cell being edited, if any; false where its text is to be kept and was refused.
+  bool FinishOpen(bool keep);
   /// Whether arrow keys move the text cursor in the next cell to be edited (F2, double click).
   void KeepArrows(bool on) { keep_arrows_ = on; }
 
@@ -42,6 +45,8 @@ class GridDelegate : public QStyledItemDelegate {
   void DrawTick(QPainter* painter, const QRect& cell, bool on, const QColor& colour) const;
   QRect TickBox(const QRect& cell) const;
   bool OnKey(QWidget* editor, QKeyEvent* key);
+  /// Enter, Tab and Esc while the list of completions stands open.
+  bool OnListKey(CodeBox* box, QKeyEvent* key);
   /// Closes the editor and stores what was typed; false where it was refused.
   bool Finish(QWidget* editor);
 

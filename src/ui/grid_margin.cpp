@@ -36,6 +36,13 @@ void GridMargin::paintSection(QPainter* painter, const QRect& rect, int row) con
     painter->drawLine(QPointF(middle.x(), middle.y() - half * 0.25),
                       QPointF(middle.x(), middle.y() + half * 0.25));
     painter->drawPoint(QPointF(middle.x(), middle.y() + half * 0.6));
+  } else if (model != nullptr && row >= model->DataRows()) {
+    // A star: the row that begins a new one when typed in.
+    painter->setPen(QPen(palette().windowText(), 1.4, Qt::SolidLine, Qt::RoundCap));
+    for (const double degrees : {90.0, 30.0, -30.0}) {
+      const QPointF arm = QLineF::fromPolar(side * 0.3, degrees).p2();
+      painter->drawLine(middle - arm, middle + arm);
+    }
   } else if (grid != nullptr && grid->current_row() == row) {
     const double half = side / 4;
     const QPointF corners[] = {{middle.x() - half * 0.7, middle.y() - half},

@@ -21,6 +21,7 @@ struct Column {
   bool hidden = false;
   bool editable = false;
   std::function<const CodeList*()> codes = {};  ///< look-up list of a code column
+  bool names = false;                           ///< the list's descriptions are what the cell holds
 };
 
 /// What a Grid shows. Rows and columns are those of the screen, hidden columns included.
@@ -33,6 +34,8 @@ class GridModel : public QAbstractTableModel {
   int ColumnOf(std::string_view field) const;  ///< -1 where there is none
 
   virtual int Rows() const = 0;
+  /// Rows that count and are exported: without a blank last one that waits to be typed in.
+  virtual int DataRows() const { return Rows(); }
   virtual store::Value ValueAt(int row, int column) const = 0;
   /// A cell as typed; a tick as "1" or "0". False: refused, which has been shown (by Refuse or otherwise);
   /// the cell keeps what it had. May throw store::Error, which the grid shows.
@@ -64,6 +67,8 @@ class GridModel : public QAbstractTableModel {
 
  protected:
   const Column& column(int index) const { return columns_[static_cast<std::size_t>(index)]; }
+  /// For models that make their columns themselves, before any view sees them.
+  void SetColumns(std::vector<Column> columns) { columns_ = std::move(columns); }
   /// Tells why a cell's text is not taken; false.
   bool Refuse(const QString& message);
 

@@ -126,7 +126,7 @@ class GridPrinter {
     line_ = metrics.height();
     pad_ = Points(points / 3);
     columns_.clear();
-    const int rows = content_.model->Rows(), step = std::max(1, rows / kMeasuredRows);
+    const int rows = content_.model->DataRows(), step = std::max(1, rows / kMeasuredRows);
     const int around = 2 * pad_ + Slack();
     for (std::size_t i = 0; i < content_.columns.size(); ++i) {
       const bool text_column = ColumnAt(i).format == Format::kText;
@@ -215,7 +215,7 @@ class GridPrinter {
 
   bool BreakPages() {
     const QFontMetrics metrics(font_, &printer_);
-    const int rows = content_.model->Rows();
+    const int rows = content_.model->DataRows();
     const int room = PageHeight() - HeadHeight() - FooterHeight();
     int used = TitleHeight();
     page_starts_ = {0};
@@ -253,7 +253,7 @@ class GridPrinter {
   void PaintPage(QPainter& painter, std::size_t page) const {
     const int width = std::min(std::accumulate(widths_.begin(), widths_.end(), 0), PageWidth());
     const int first = page_starts_[page];
-    const int end = page + 1 < page_starts_.size() ? page_starts_[page + 1] : content_.model->Rows();
+    const int end = page + 1 < page_starts_.size() ? page_starts_[page + 1] : content_.model->DataRows();
     const QPen thin(QColor(0xc8, 0xc8, 0xc8), Points(0.5)), strong(Qt::black, Points(0.75));
     int top = 0;
     painter.setPen(Qt::black);

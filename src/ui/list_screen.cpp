@@ -149,7 +149,7 @@ void ListScreen::SetCountCaption(const QString& caption) {
 }
 
 void ListScreen::UpdateCount() {
-  const int rows = grid_->grid_model() == nullptr ? 0 : grid_->grid_model()->Rows();
+  const int rows = grid_->grid_model() == nullptr ? 0 : grid_->grid_model()->DataRows();
   count_->setText(count_caption_ + QString::number(rows));
 }
 

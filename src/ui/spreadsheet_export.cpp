@@ -71,7 +71,7 @@ class Writer {
   bool Usable() const { return sheet_ != nullptr; }
 
   void WriteHead() {
-    const int rows = content_.model->Rows();
+    const int rows = content_.model->DataRows();
     lxw_col_t at = 0;
     for (const int column : content_.columns) {
       const Column& each = content_.model->columns()[static_cast<std::size_t>(column)];
@@ -141,7 +141,7 @@ class Writer {
 bool WriteSpreadsheet(session::Session& session, const GridContent& content,
                       const std::string& windows_path) {
   platform::Host& host = session.host;
-  const int rows = content.model->Rows();
+  const int rows = content.model->DataRows();
   if (content.columns.empty()) return false;
   if (rows >= kMostRows) {
     host.prompter.Error("Lista are prea multe inregistrari pentru un fisier Excel (cel mult 1.048.575)");
