@@ -1,0 +1,311 @@
+#include "declarations/screens/header_panel.h"
+
+#include <QToolButton>
+
+#include "tariff/codes.h"
+#include "ui/code_box.h"
+#include "ui/elided_label.h"
+#include "ui/memory.h"
+#include "ui/screen.h"
+#include "ui/text.h"
+
+namespace declarations {
+namespace {
+
+using ui::Q;
+
+constexpr char kScreen[] = "Frm_INTRASTAT";
+
+QLabel* Heading(const char* text, QWidget* parent) {
+  auto* label = new QLabel(QString::fromLatin1(text), parent);
+  QFont font = label->font();
+  font.setBold(true);
+  label->setFont(font);
+  return label;
+}
+
+/// A field that cannot be typed in looks like the ground it stands on.
+void MakeReadOnly(QLineEdit* field) {
+  field->setReadOnly(true);
+  field->setFocusPolicy(Qt::ClickFocus);
+  QPalette palette = field->palette();
+  palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+  field->setPalette(palette);
+}
+
+int WidthOf(const QWidget* field, int characters) {
+  return field->fontMetrics().horizontalAdvance(QString(characters, QLatin1Char('0'))) + 14;
+}
+
+QGridLayout* NewSection(const char* heading, QWidget* parent) {
+  auto* grid = new QGridLayout(parent);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setHorizontalSpacing(8);
+  grid->setVerticalSpacing(4);
+  grid->addWidget(Heading(heading, parent), 0, 0, 1, 2);
+  grid->setColumnStretch(1, 1);
+  return grid;
+}
+
+}  // namespace
+
+HeaderPanel::HeaderPanel(ui::Context& context, Editor& editor, const QString& title, QWidget* parent)
+    : QWidget(parent), context_(&context), editor_(&editor), header_(&editor.request().header) {
+  auto* outer = new QVBoxLayout(this);
+  outer->setContentsMargins(0, 0, 0, 0);
+  outer->setSpacing(6);
+  auto* line = new QHBoxLayout;
+  line->setSpacing(8);
+  outer->addLayout(line);
+  fold_ = new QToolButton(this);
+  fold_->setObjectName(QStringLiteral("CmdAntet"));
+  fold_->setText(QStringLiteral("A&ntet"));
+  fold_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  fold_->setCheckable(true);
+  fold_->setAutoRaise(true);
+  fold_->setToolTip(QStringLiteral("Datele firmei si ale declarantului, asa cum se scriu in fisier"));
+  line->addWidget(fold_);
+  if (!title.isEmpty()) {
+    auto* name = Heading("", this);
+    name->setObjectName(QStringLiteral("LblTitlu"));
+    name->setTextFormat(Qt::PlainText);
+    name->setText(title);
+    line->addWidget(name);
+  }
+  summary_ = new ui::ElidedLabel(20, this);
+  summary_->setObjectName(QStringLiteral("LblAntet"));
+  line->addWidget(summary_, 1);
+
+  fields_ = new QWidget(this);
+  fields_->setObjectName(QStringLiteral("Antet"));
+  outer->addWidget(fields_);
+  auto* columns = new QHBoxLayout(fields_);
+  columns->setContentsMargins(8, 0, 8, 4);
+  columns->setSpacing(24);
+  const auto section = [&](const char* heading, int stretch) {
+    auto* part = new QWidget(fields_);
+    columns->addWidget(part, stretch, Qt::AlignTop);
+    return NewSection(heading, part);
+  };
+  AddDeclaration(section("Declaratia", 2));
+  AddCompany(section("Firma si persoana de contact", 3));
+  AddAgent(section("Declarant tert", 3));
+
+  connect(fold_, &QToolButton::toggled, this, [this](bool on) {
+    fields_->setVisible(on);
+    summary_->setVisible(!on);
+    fold_->setArrowType(on ? Qt::DownArrow : Qt::RightArrow);
+    if (on) ReadCounties();
+    context_->memory.Set(QString::fromLatin1(kScreen), QStringLiteral("antet"),
+                         on ? QStringLiteral("1") : QStringLiteral("0"));
+  });
+  fold_->setArrowType(Qt::RightArrow);
+  fields_->hide();
+  Fill();
+  if (context.memory.Get(QString::fromLatin1(kScreen), QStringLiteral("antet")) == "1") Unfold(true);
+}
+
+QLineEdit* HeaderPanel::NewLine(const char* name, int characters, std::string Header::*value) {
+  auto* field = new QLineEdit(fields_);
+  field->setObjectName(QString::fromLatin1(name));
+  field->setMaximumWidth(WidthOf(field, characters));
+  lines_.push_back({field, value});
+  connect(field, &QLineEdit::textChanged, this, [this, value](const QString& text) {
+    if (filling_) return;
+    header_->*value = ui::Utf8(text);
+    ShowSummary();
+  });
+  return field;
+}
+
+QLineEdit* HeaderPanel::AddLine(QGridLayout* grid, const char* name, const char* label, int characters,
+                                std::string Header::*value) {
+  QLineEdit* field = NewLine(name, characters, value);
+  AddShort(grid, label, {field});
+  return field;
+}
+
+void HeaderPanel::AddShort(QGridLayout* grid, const char* label, const std::vector<QWidget*>& fields) {
+  const int row = grid->rowCount();
+  auto* caption = new QLabel(QString::fromLatin1(label), grid->parentWidget());
+  caption->setBuddy(fields.front());
+  grid->addWidget(caption, row, 0);
+  auto* beside = new QHBoxLayout;
+  beside->setSpacing(6);
+  for (QWidget* field : fields) beside->addWidget(field, fields.size() == 1 ? 1 : 0);
+  beside->addStretch(0);
+  if (fields.size() > 1) beside->setStretch(beside->count() - 1, 1);
+  grid->addLayout(beside, row, 1);
+}
+
+QLineEdit* HeaderPanel::AddShown(QGridLayout* grid, const char* name, const char* label) {
+  auto* field = new QLineEdit(fields_);
+  field->setObjectName(QString::fromLatin1(name));
+  MakeReadOnly(field);
+  AddShort(grid, label, {field});
+  return field;
+}
+
+QCheckBox* HeaderPanel::AddTick(QGridLayout* grid, const char* name, const char* caption, bool* value) {
+  auto* tick = new QCheckBox(QString::fromLatin1(caption), fields_);
+  tick->setObjectName(QString::fromLatin1(name));
+  grid->addWidget(tick, grid->rowCount(), 0, 1, 2);
+  ticks_.push_back({tick, value});
+  connect(tick, &QCheckBox::toggled, this, [this, value](bool on) {
+    if (filling_) return;
+    *value = on;
+    ShowAgent();
+    ShowSummary();
+  });
+  return tick;
+}
+
+void HeaderPanel::AddDeclaration(QGridLayout* grid) {
+  const Identity& identity = editor_->identity();
+  const auto shown = [&](const char* name, const QString& text, int characters) {
+    auto* field = new QLineEdit(text, fields_);
+    field->setObjectName(QString::fromLatin1(name));
+    field->setFixedWidth(WidthOf(field, characters));
+    MakeReadOnly(field);
+    return field;
+  };
+  auto* flow = new QLabel(QString::fromLatin1(identity.arrivals() ? "ACHIZITIE" : "LIVRARE"), fields_);
+  AddShort(grid, "Sens", {shown("TXT_Tip", Q(identity.TIP), 2), flow});
+  AddShort(grid, "Anul / luna",
+           {shown("Txt_Anul", QString::number(identity.Anul), 4),
+            shown("Txt_Luna", QString::number(identity.Luna), 2)});
+  kind_ = new QComboBox(fields_);
+  kind_->setObjectName(QStringLiteral("Combo_Tip"));
+  kind_->addItems({QStringLiteral("N-Noua"), QStringLiteral("C-Corectie")});
+  AddShort(grid, "Felul", {kind_});
+  connect(kind_, &QComboBox::currentTextChanged, this, [this](const QString& text) {
+    if (filling_) return;
+    editor_->request().Combo_Tip = ui::Utf8(text);
+    ShowSummary();
+  });
+  file_ = AddShown(grid, "TXT_File_XML", "Fisier XML");
+  file_->setMinimumWidth(WidthOf(file_, 26));
+  ExportRequest& request = editor_->request();
+  AddTick(grid, "Check_ValStatistica", "Calcul valoare statistica", &request.Check_ValStatistica);
+  AddTick(grid, "Check_XML_Detaliat", "XML detaliat (fara cumulare)", &request.Check_XML_Detaliat);
+  AddTick(grid, "Check_Dec_Tert", "Depusa de un declarant tert", &header_->Check_Dec_Tert);
+}
+
+void HeaderPanel::AddCompany(QGridLayout* grid) {
+  QLineEdit* code = AddLine(grid, "TXT_CodFiscal", "Cod fiscal", 14, &Header::TXT_CodFiscal);
+  MakeReadOnly(code);  // it is what the lines are filed under
+  AddLine(grid, "TXT_NumeCompanie", "Nume companie", 60, &Header::TXT_NumeCompanie);
+  AddLine(grid, "TXT_Nume_Prenume", "Nume", 60, &Header::TXT_Nume_Prenume);
+  AddLine(grid, "TXT_Nume_Pers", "Prenume", 60, &Header::TXT_Nume_Pers);
+  AddLine(grid, "TXT_PozitieCompanie", "Functia", 60, &Header::TXT_PozitieCompanie);
+  AddLine(grid, "TXT_Tel", "Telefon", 20, &Header::TXT_Tel);
+  AddLine(grid, "TXT_Fax", "Fax", 20, &Header::TXT_Fax);
+  AddLine(grid, "TXT_Email", "E-mail", 60, &Header::TXT_Email);
+}
+
+void HeaderPanel::AddAgent(QGridLayout* grid) {
+  agent_ = grid->parentWidget();
+  AddLine(grid, "TXT_CUI_Dec", "Cod fiscal", 14, &Header::TXT_CUI_Dec);
+  AddLine(grid, "TXT_Nume_Dec", "Nume", 60, &Header::TXT_Nume_Dec);
+  AddLine(grid, "TXT_Strada_Dec", "Strada", 60, &Header::TXT_Strada_Dec);
+  const auto label = [this](const char* text) { return new QLabel(QString::fromLatin1(text), fields_); };
+  AddShort(grid, "Numar",
+           {NewLine("TXT_Nr_Dec", 6, &Header::TXT_Nr_Dec), label("Bloc"),
+            NewLine("TXT_BL_Dec", 5, &Header::TXT_BL_Dec), label("Scara"),
+            NewLine("TXT_Sc_Dec", 4, &Header::TXT_Sc_Dec)});
+  AddShort(grid, "Apartament",
+           {NewLine("TXT_Ap_Dec", 6, &Header::TXT_Ap_Dec), label("Sector"),
+            NewLine("TXT_Sect_Dec", 4, &Header::TXT_Sect_Dec)});
+  county_ = NewPlace("TXT_Judet_Dec", &Header::TXT_Judet_Dec);
+  AddShort(grid, "Judet", {county_});
+  town_ = NewPlace("TXT_Oras_Dec", &Header::TXT_Oras_Dec);
+  AddShort(grid, "Localitate", {town_});
+  AddLine(grid, "TXT_CodPostal_Dec", "Cod postal", 10, &Header::TXT_CodPostal_Dec);
+  connect(county_, &ui::CodeBox::CodeChanged, this, [this] {
+    if (filling_) return;
+    ReadTowns();
+    // A town of another county would be filed with the wrong one.
+    if (town_->list().Find(town_->code()) == nullptr) {
+      town_->SetCode({});
+      header_->TXT_Oras_Dec.clear();
+    }
+  });
+}
+
+ui::CodeBox* HeaderPanel::NewPlace(const char* name, std::string Header::*value) {
+  auto* field = new ui::CodeBox(fields_);
+  field->setObjectName(QString::fromLatin1(name));
+  field->ShowDescriptions(true);
+  field->setMaximumWidth(WidthOf(field, 40));
+  places_.push_back({field, value});
+  connect(field, &ui::CodeBox::CodeChanged, this, [this, field, value] {
+    if (!filling_) header_->*value = ui::Utf8(field->code());
+  });
+  return field;
+}
+
+void HeaderPanel::ReadCounties() {
+  if (have_places_) return;
+  have_places_ = true;
+  ui::Try(*context_,
+          [this] { county_->SetList(ui::CodeList::Read(context_->session.company, tariff::kCountiesList)); });
+  ReadTowns();
+  Fill();
+}
+
+void HeaderPanel::ReadTowns() {
+  const std::string county = header_->TXT_Judet_Dec;
+  const bool known = county_->list().Find(Q(county)) != nullptr;
+  ui::Try(*context_, [&] {
+    town_->SetList(ui::CodeList::Read(context_->session.company,
+                                      known ? tariff::TownsOfCounty(county) : tariff::kTownsList));
+  });
+}
+
+void HeaderPanel::Fill() {
+  filling_ = true;
+  for (const BoundLine& each : lines_) {
+    each.field->setText(Q(header_->*each.value));
+    each.field->setCursorPosition(0);
+  }
+  for (const BoundPlace& each : places_) each.field->SetCode(Q(header_->*each.value));
+  for (const BoundTick& each : ticks_) each.field->setChecked(*each.value);
+  kind_->setCurrentText(Q(editor_->request().Combo_Tip));
+  filling_ = false;
+  ShowAgent();
+  ShowSummary();
+}
+
+void HeaderPanel::ShowAgent() { agent_->setEnabled(header_->Check_Dec_Tert); }
+
+void HeaderPanel::ShowSummary() {
+  const QString file = Q(editor_->FileName());
+  file_->setText(file);
+  file_->setCursorPosition(0);
+  QStringList parts{Q(header_->TXT_CodFiscal + " " + header_->TXT_NumeCompanie),
+                    Q(header_->TXT_Nume_Prenume + " " + header_->TXT_Nume_Pers).trimmed(),
+                    Q(editor_->request().Combo_Tip), file};
+  if (header_->Check_Dec_Tert) parts.insert(3, QStringLiteral("declarant ") + Q(header_->TXT_Nume_Dec));
+  parts.removeAll(QString());
+  summary_->setText(parts.join(QStringLiteral(" \u00b7 ")));
+}
+
+void HeaderPanel::SetReadOnly() {
+  for (const BoundLine& each : lines_) MakeReadOnly(each.field);
+  for (const BoundPlace& each : places_) each.field->setEnabled(false);
+  for (const BoundTick& each : ticks_) each.field->setEnabled(false);
+  kind_->setEnabled(false);
+}
+
+void HeaderPanel::Unfold(bool on) { fold_->setChecked(on); }
+
+bool HeaderPanel::GoTo(const QString& field) {
+  auto* found = fields_->findChild<QWidget*>(field);
+  if (found == nullptr) return false;
+  Unfold(true);
+  found->setFocus(Qt::OtherFocusReason);
+  if (auto* line = qobject_cast<QLineEdit*>(found)) line->selectAll();
+  return true;
+}
+
+}  // namespace declarations
