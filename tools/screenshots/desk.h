@@ -54,5 +54,6 @@ struct Shot {
 std::vector<Shot> Shots();
 std::vector<Shot> ProgramShots();  ///< what stands around the work: splash, main window, about, lists
 std::vector<Shot> DeclarationShots();
+std::vector<Shot> EditorShots();  ///< of the declaration editor and what it opens
 
 }  // namespace screenshots
