@@ -2,7 +2,7 @@
 
 #include <QToolButton>
 
-#include "tariff/codes.h"
+#include "declarations/screens/places.h"
 #include "ui/code_box.h"
 #include "ui/elided_label.h"
 #include "ui/memory.h"
@@ -95,7 +95,7 @@ HeaderPanel::HeaderPanel(ui::Context& context, Editor& editor, const QString& ti
     fields_->setVisible(on);
     summary_->setVisible(!on);
     fold_->setArrowType(on ? Qt::DownArrow : Qt::RightArrow);
-    if (on) ReadCounties();
+    if (on) ShowPlaces();
     context_->memory.Set(QString::fromLatin1(kScreen), QStringLiteral("antet"),
                          on ? QStringLiteral("1") : QStringLiteral("0"));
   });
@@ -216,50 +216,30 @@ void HeaderPanel::AddAgent(QGridLayout* grid) {
   AddShort(grid, "Apartament",
            {NewLine("TXT_Ap_Dec", 6, &Header::TXT_Ap_Dec), label("Sector"),
             NewLine("TXT_Sect_Dec", 4, &Header::TXT_Sect_Dec)});
-  county_ = NewPlace("TXT_Judet_Dec", &Header::TXT_Judet_Dec);
+  county_ = NewPlace("TXT_Judet_Dec");
   AddShort(grid, "Judet", {county_});
-  town_ = NewPlace("TXT_Oras_Dec", &Header::TXT_Oras_Dec);
+  town_ = NewPlace("TXT_Oras_Dec");
   AddShort(grid, "Localitate", {town_});
   AddLine(grid, "TXT_CodPostal_Dec", "Cod postal", 10, &Header::TXT_CodPostal_Dec);
-  connect(county_, &ui::CodeBox::CodeChanged, this, [this] {
-    if (filling_) return;
-    ReadTowns();
-    // A town of another county would be filed with the wrong one.
-    if (town_->list().Find(town_->code()) == nullptr) {
-      town_->SetCode({});
-      header_->TXT_Oras_Dec.clear();
-    }
-  });
 }
 
-ui::CodeBox* HeaderPanel::NewPlace(const char* name, std::string Header::*value) {
+ui::CodeBox* HeaderPanel::NewPlace(const char* name) {
   auto* field = new ui::CodeBox(fields_);
   field->setObjectName(QString::fromLatin1(name));
-  field->ShowDescriptions(true);
   field->setMaximumWidth(WidthOf(field, 40));
-  places_.push_back({field, value});
-  connect(field, &ui::CodeBox::CodeChanged, this, [this, field, value] {
-    if (!filling_) header_->*value = ui::Utf8(field->code());
-  });
   return field;
 }
 
-void HeaderPanel::ReadCounties() {
-  if (have_places_) return;
-  have_places_ = true;
-  ui::Try(*context_,
-          [this] { county_->SetList(ui::CodeList::Read(context_->session.company, tariff::kCountiesList)); });
-  ReadTowns();
-  Fill();
-}
-
-void HeaderPanel::ReadTowns() {
-  const std::string county = header_->TXT_Judet_Dec;
-  const bool known = county_->list().Find(Q(county)) != nullptr;
-  ui::Try(*context_, [&] {
-    town_->SetList(ui::CodeList::Read(context_->session.company,
-                                      known ? tariff::TownsOfCounty(county) : tariff::kTownsList));
-  });
+void HeaderPanel::ShowPlaces() {
+  if (places_ == nullptr) {
+    places_ = new Places(*context_, county_, town_);
+    connect(places_, &Places::Changed, this, [this] {
+      if (filling_) return;
+      header_->TXT_Judet_Dec = ui::Utf8(county_->code());
+      header_->TXT_Oras_Dec = ui::Utf8(town_->code());
+    });
+  }
+  places_->Set(Q(header_->TXT_Judet_Dec), Q(header_->TXT_Oras_Dec));
 }
 
 void HeaderPanel::Fill() {
@@ -268,7 +248,6 @@ void HeaderPanel::Fill() {
     each.field->setText(Q(header_->*each.value));
     each.field->setCursorPosition(0);
   }
-  for (const BoundPlace& each : places_) each.field->SetCode(Q(header_->*each.value));
   for (const BoundTick& each : ticks_) each.field->setChecked(*each.value);
   kind_->setCurrentText(Q(editor_->request().Combo_Tip));
   filling_ = false;
@@ -292,7 +271,8 @@ void HeaderPanel::ShowSummary() {
 
 void HeaderPanel::SetReadOnly() {
   for (const BoundLine& each : lines_) MakeReadOnly(each.field);
-  for (const BoundPlace& each : places_) each.field->setEnabled(false);
+  county_->setEnabled(false);
+  town_->setEnabled(false);
   for (const BoundTick& each : ticks_) each.field->setEnabled(false);
   kind_->setEnabled(false);
 }

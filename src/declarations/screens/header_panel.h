@@ -19,6 +19,8 @@ class ElidedLabel;
 
 namespace declarations {
 
+class Places;
+
 /// The editor's folding header: what the declaration file says of the company, its contact and its declaring
 /// agent. What is typed goes into the editor's request at once. Folded it is one line.
 class HeaderPanel : public QWidget {
@@ -45,18 +47,13 @@ class HeaderPanel : public QWidget {
   /// Several short fields in one row.
   void AddShort(QGridLayout* grid, const char* label, const std::vector<QWidget*>& fields);
   QLineEdit* NewLine(const char* name, int characters, std::string Header::*value);
-  ui::CodeBox* NewPlace(const char* name, std::string Header::*value);
-  void ReadCounties();
-  void ReadTowns();
+  ui::CodeBox* NewPlace(const char* name);
+  void ShowPlaces();
   void ShowSummary();
   void ShowAgent();
 
   struct BoundLine {
     QLineEdit* field;
-    std::string Header::*value;
-  };
-  struct BoundPlace {
-    ui::CodeBox* field;
     std::string Header::*value;
   };
   struct BoundTick {
@@ -72,13 +69,13 @@ class HeaderPanel : public QWidget {
   QWidget* fields_;
   QWidget* agent_ = nullptr;
   std::vector<BoundLine> lines_;
-  std::vector<BoundPlace> places_;
   std::vector<BoundTick> ticks_;
   QComboBox* kind_ = nullptr;
   QLineEdit* file_ = nullptr;
   ui::CodeBox* county_ = nullptr;
   ui::CodeBox* town_ = nullptr;
-  bool filling_ = false, have_places_ = false;
+  Places* places_ = nullptr;  ///< from the first unfolding on
+  bool filling_ = false;
 };
 
 }  // namespace declarations
