@@ -12,12 +12,10 @@
 #include "app/desktop/splash.h"
 #include "app/screens/settings.h"
 #include "calc/rates_update.h"
-#include "calc/screens/rates.h"
 #include "companies/screens/company.h"
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
 #include "platform/download/download.h"
-#include "tariff/screens/reference_list.h"
 #include "ui/grid.h"
 #include "ui/progress.h"
 #include "ui/text.h"
@@ -55,13 +53,7 @@ bool Desktop::Start() { return start_up_.Run(); }
 
 void Desktop::BindCommands() {
   program_commands_.Bind(commands_);
-  commands_.Handle("CURS_ACTUALIZARE", [this](const Command&) { program_commands_.UpdateRates(); });
-  commands_.Handle("CURS_MANUAL", [this](const Command& command) {
-    OpenOnce(command.key, [this] {
-      return new calc::Frm_Curs_Manual(
-          context_, [this] { program_commands_.UpdateRates(); }, main_window_.get());
-    });
-  });
+  BindWorkScreens();
   commands_.Handle("FIRMA_SELECTARE", [this](const Command&) { SelectCompany(); });
   commands_.Handle("FIRMA_CREARE", [this](const Command&) { CreateCompany(); });
   commands_.Handle("FIRMA_DATE", [this](const Command&) {
@@ -79,13 +71,6 @@ void Desktop::BindCommands() {
       for (ui::Grid* grid : main_window_->findChildren<ui::Grid*>()) grid->ReadColours();
     });
     screen.exec();
-  });
-  commands_.HandleViewers([this](const Command& command) {
-    OpenOnce(command.key, [&] {
-      tariff::ReferenceTable table{std::string(command.query), std::string(command.title), {}};
-      for (const std::string_view heading : command.headings) table.captions.emplace_back(heading);
-      return new tariff::Frm_Tabel(context_, table, main_window_.get());
-    });
   });
   commands_.Handle("AJUTOR_DESPRE",
                    [this](const Command&) { Frm_Despre(context_, main_window_.get()).exec(); });

@@ -12,6 +12,10 @@
 #include "ui/context.h"
 #include "ui/memory.h"
 
+namespace declarations {
+struct EditorOpening;
+}
+
 namespace app {
 
 class MainWindow;
@@ -33,10 +37,10 @@ class Desktop : public Surroundings {
   MainWindow* main_window() { return main_window_.get(); }
   const std::string& program_folder() const { return program_folder_; }
 
-  /// The large button that has no key in the menu: naming a declaration to work on.
-  void HandleNewDeclaration(std::function<void()> handler) { new_declaration_ = std::move(handler); }
-  bool HasNewDeclaration() const { return new_declaration_ != nullptr; }
-  void NewDeclaration() const { new_declaration_(); }
+  /// The large button that has no key in the menu: names a declaration and opens it.
+  void NewDeclaration();
+  /// The search box: looks an expression up in the tariff and in the declarations.
+  void QuickSearch(const QString& text);
   /// The exit action by its own key, as closing the main window does.
   void Exit() { program_commands_.Exit(); }
 
@@ -55,6 +59,9 @@ class Desktop : public Surroundings {
 
  private:
   void BindCommands();
+  void BindWorkScreens();
+  /// Comes back when the editor is closed.
+  void OpenEditor(const declarations::EditorOpening& opening, bool view, QWidget* over);
   void ShowFirst(QDialog* screen, std::function<void()> on_accepted);
   void SelectCompany();
   void CreateCompany();
@@ -77,7 +84,6 @@ class Desktop : public Surroundings {
   std::unique_ptr<MainWindow> main_window_;
   QPointer<QDialog> first_screen_;
   std::map<std::string, QPointer<QDialog>, std::less<>> open_;
-  std::function<void()> new_declaration_;
 };
 
 /// The whole program, with the host's real parts; answers the process's exit code.

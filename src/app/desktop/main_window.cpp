@@ -164,6 +164,23 @@ void MainWindow::BuildPage() {
   add("CmdPreluare", QStringLiteral("&Preluare fisier excel"), "import", "EXCEL_PRELUARE");
   large->addStretch(1);
   layout->addLayout(large);
+  layout->addSpacing(16);
+
+  auto* search = new QLineEdit(page);
+  search->setObjectName(QStringLiteral("TxtCautare"));
+  search->setPlaceholderText(QStringLiteral("Cauta in tariful vamal si in declaratii"));
+  search->setClearButtonEnabled(true);
+  search->setMinimumHeight(36);
+  search->setMaximumWidth(496);  // under the two buttons that are used most
+  connect(search, &QLineEdit::returnPressed, this, [this, search] {
+    if (search->text().trimmed().isEmpty()) return;
+    ui::Try(desktop_->context(), [&] { desktop_->QuickSearch(search->text().trimmed()); });
+  });
+  connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, search, [search] {
+    search->setFocus();
+    search->selectAll();
+  });
+  layout->addWidget(search);
   layout->addStretch(1);
 
   phone_ = DarkLabel({}, 1.0, QFont::Normal, page);
@@ -199,8 +216,7 @@ void MainWindow::Refresh() {
   }
   for (const auto& [button, key] : buttons_) {
     const Command* command = FindCommand(key);
-    const bool built =
-        command != nullptr ? desktop_->commands().IsBuilt(*command) : desktop_->HasNewDeclaration();
+    const bool built = command == nullptr || desktop_->commands().IsBuilt(*command);
     button->setEnabled(built);
     button->setToolTip(built ? QString() : QString::fromLatin1(kNotBuilt));
   }
