@@ -90,29 +90,34 @@ void CopyRows(session::Session& session, const Inputs& inputs, Worksheet& worksh
 Result RunChecked(session::Session& session, const Inputs& inputs) {
   platform::Host& host = session.host;
   Result result;
+  const auto show = [&](std::string status) {
+    result.status = std::move(status);
+    host.progress.Status(result.status);
+  };
   int month = inputs.Luna;
   int year = inputs.Anul;
   tariff::ConexiuneTarif(session, month, year);
   if (!MayTakeOver(session, inputs)) return result;
 
-  host.progress.Status("Se citeste fisiereul excel : " + inputs.path);
+  show("Se citeste fisiereul excel : " + inputs.path);
   Worksheet worksheet = OpenWorksheet(session, inputs.path, inputs.sheet, inputs.Nume_Structura);
   if (!worksheet.problem.empty()) {
     host.prompter.Error(kUnreadable);
-    host.progress.Status(std::string("EROARE - ") + kUnreadable);
+    show(std::string("EROARE - ") + kUnreadable);
     host.prompter.Error(worksheet.problem);
     return result;
   }
   result.total = worksheet.rows.record_count();
-  host.progress.Status("TOTAL INREGISTRARI CITITE: " + std::to_string(result.total));
+  show("TOTAL INREGISTRARI CITITE: " + std::to_string(result.total));
 
   CopyRows(session, inputs, worksheet, result);
   if (result.outcome == Outcome::kCancelled) {
+    result.status.clear();
     host.prompter.Message("Preluarea a fost oprita, nu s-a retinut nicio inregistrare", "MESAJ",
                           platform::Icon::kExclamation);
     return result;
   }
-  host.progress.Status("OPERATIE TERMINATA . . .");
+  show("OPERATIE TERMINATA . . .");
   host.prompter.Info("Au fost preluate : " + std::to_string(result.saved) +
                          " inregistrari din totalul de : " + std::to_string(result.total),
                      "Preluare Terminata");

@@ -33,6 +33,7 @@ struct Result {
   std::int64_t saved = 0;
   std::int64_t total = 0;
   std::vector<Rejected> rejected;
+  std::string status;  ///< the last one shown
 };
 
 /// Takes a worksheet over into the open company's Intrastat. All lines are one transaction: a run that is

@@ -108,12 +108,8 @@ bool DeleteTemplate(session::Session& session, std::string_view Nume_Structura) 
   return true;
 }
 
-std::optional<Sample> ReadSample(session::Session& session, std::string_view path, std::string_view sheet) {
-  platform::Prompter& prompter = session.host.prompter;
-  if (!session.host.files.Exists(path)) {
-    prompter.Error("NU EXISTA FISIERUL : " + std::string(path));
-    return std::nullopt;
-  }
+SampleReading TrySample(session::Session& session, std::string_view path, std::string_view sheet) {
+  if (!session.host.files.Exists(path)) return {std::nullopt, "NU EXISTA FISIERUL : " + std::string(path)};
   const std::string name(store::IsEmpty(sheet) ? kDefaultSheet : sheet);
   try {
     store::Connection source(SourceEnvironment(session));
@@ -124,13 +120,18 @@ std::optional<Sample> ReadSample(session::Session& session, std::string_view pat
       sample.columns.push_back({i + 1, rows.field(i).name, rows.eof() ? "" : rows.Get(i).ToText()});
     }
     sample.label = "Numar coloane in fisierul excel : " + std::to_string(sample.columns.size());
-    return sample;
+    return {sample, ""};
   } catch (const store::Error& error) {
-    prompter.Error(error.description());
+    return {std::nullopt, error.description()};
   } catch (const platform::spreadsheet::SheetError& error) {
-    prompter.Error(error.what());
+    return {std::nullopt, error.what()};
   }
-  return std::nullopt;
+}
+
+std::optional<Sample> ReadSample(session::Session& session, std::string_view path, std::string_view sheet) {
+  const SampleReading reading = TrySample(session, path, sheet);
+  if (!reading.sample) session.host.prompter.Error(reading.problem);
+  return reading.sample;
 }
 
 }  // namespace importer

@@ -64,7 +64,14 @@ inline constexpr char kWorksheetFilter[] =
     "Excel Files (*.xls)|*.xls|Foi de calcul (*.xls;*.xlsx;*.ods;*.csv)|*.xls;*.xlsx;*.ods;*.csv|";
 inline constexpr char kDefaultSheet[] = "Sheet1";
 
-/// Reads a sample's columns; an empty sheet name is "Sheet1". A missing or unreadable file is shown.
+/// A sample, or why it cannot be read.
+struct SampleReading {
+  std::optional<Sample> sample;
+  std::string problem;
+};
+/// Reads a sample's columns; an empty sheet name is "Sheet1".
+SampleReading TrySample(session::Session& session, std::string_view path, std::string_view sheet);
+/// The same; a missing or unreadable file is shown.
 std::optional<Sample> ReadSample(session::Session& session, std::string_view path, std::string_view sheet);
 
 }  // namespace importer

@@ -1,6 +1,5 @@
 #include "import/worksheet.h"
 
-#include "import/select_builder.h"
 #include "platform/spreadsheet/sheet.h"
 
 namespace importer {
@@ -46,38 +45,65 @@ store::Environment SourceEnvironment(session::Session& session) {
   return environment;
 }
 
+std::vector<std::string> SheetNames(session::Session& session, std::string_view path) {
+  std::vector<std::string> names;
+  try {
+    store::Connection source(SourceEnvironment(session));
+    source.Open(store::SampleSheetString(path));
+    for (const store::SchemaTable& table : source.Tables()) {
+      names.push_back(table.name.substr(0, table.name.rfind('$')));
+    }
+  } catch (const store::Error&) {
+    names.clear();  // what is wrong is said when the file is read
+  }
+  return names;
+}
+
+std::vector<std::string> Headings(store::Connection& source, std::string_view sheet) {
+  const store::Recordset heading_row = source.Query("SELECT TOP 1 * FROM [" + std::string(sheet) + "$]");
+  std::vector<std::string> headings;
+  headings.reserve(static_cast<std::size_t>(heading_row.field_count()));
+  for (int i = 0; i < heading_row.field_count(); ++i) headings.push_back(heading_row.field(i).name);
+  return headings;
+}
+
+Worksheet ReadThrough(store::Connection& source, std::string_view sheet,
+                      const std::vector<std::string>& headings, const std::vector<ColumnRule>& rules,
+                      int top) {
+  Worksheet result;
+  SelectText select = BuildSelect(rules, headings, sheet);
+  if (!select.problem.empty()) {
+    result.problem = select.problem;
+    return result;
+  }
+  if (top > 0) select.statement.insert(sizeof("SELECT") - 1, " TOP " + std::to_string(top));
+  try {
+    result.rows = source.Query(select.statement);
+  } catch (const store::Error&) {
+    result.problem = WrongRule(source, rules, headings, sheet);
+    if (result.problem.empty()) throw;
+    return result;
+  }
+  result.heading_row = source.FirstRow(std::string(sheet) + "$");
+  if (result.rows.record_count() == 0) {
+    result.problem = "Foaia " + std::string(sheet) + " nu are nicio inregistrare sub capul de tabel";
+  }
+  return result;
+}
+
 Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::string_view sheet,
                         std::string_view Nume_Structura) {
   Worksheet result;
   try {
     store::Connection source(SourceEnvironment(session));
     source.Open(store::ImportSheetString(path));
-    const store::Recordset heading_row = source.Query("SELECT TOP 1 * FROM [" + std::string(sheet) + "$]");
-    std::vector<std::string> headings;
-    headings.reserve(static_cast<std::size_t>(heading_row.field_count()));
-    for (int i = 0; i < heading_row.field_count(); ++i) headings.push_back(heading_row.field(i).name);
-
+    const std::vector<std::string> headings = Headings(source, sheet);
     const std::vector<ColumnRule> rules = ReadRules(session.company, Nume_Structura);
     if (rules.empty()) {
       result.problem = "Macheta " + std::string(Nume_Structura) + " nu are nicio coloana";
       return result;
     }
-    const SelectText select = BuildSelect(rules, headings, sheet);
-    if (!select.problem.empty()) {
-      result.problem = select.problem;
-      return result;
-    }
-    try {
-      result.rows = source.Query(select.statement);
-    } catch (const store::Error&) {
-      result.problem = WrongRule(source, rules, headings, sheet);
-      if (result.problem.empty()) throw;
-      return result;
-    }
-    result.heading_row = source.FirstRow(std::string(sheet) + "$");
-    if (result.rows.record_count() == 0) {
-      result.problem = "Foaia " + std::string(sheet) + " nu are nicio inregistrare sub capul de tabel";
-    }
+    return ReadThrough(source, sheet, headings, rules);
   } catch (const store::Error& error) {
     result.problem = error.description();
   } catch (const platform::spreadsheet::SheetError& error) {

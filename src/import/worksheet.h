@@ -2,7 +2,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "import/select_builder.h"
 #include "session/session.h"
 
 namespace importer {
@@ -14,8 +16,21 @@ struct Worksheet {
   std::string problem;  ///< why it could not be read, naming file, sheet or column; empty when it was
 };
 
+/// Column names of a sheet, as its first row has them. Throws store::Error.
+std::vector<std::string> Headings(store::Connection& source, std::string_view sheet);
+
+/// Reads a sheet of an open file through column rules, all rows or the first `top`. Throws store::Error where
+/// no single rule is to blame.
+Worksheet ReadThrough(store::Connection& source, std::string_view sheet,
+                      const std::vector<std::string>& headings, const std::vector<ColumnRule>& rules,
+                      int top = 0);
+
+/// The worksheet file through a stored template, as the import reads it.
 Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::string_view sheet,
                         std::string_view Nume_Structura);
+
+/// The visible worksheets of a file, without the driver's "$"; none where it cannot be read.
+std::vector<std::string> SheetNames(session::Session& session, std::string_view path);
 
 /// Connection settings for a worksheet or text source of this installation.
 store::Environment SourceEnvironment(session::Session& session);
