@@ -1,0 +1,231 @@
+#include "import/screens/import_screen.h"
+
+#include <QIntValidator>
+
+#include "import/screens/rejected_rows.h"
+#include "import/screens/template_editor.h"
+#include "import/template_draft.h"
+#include "platform/encoding.h"
+#include "ui/icons.h"
+#include "ui/memory.h"
+#include "ui/progress.h"
+#include "ui/text.h"
+
+namespace importer {
+
+using ui::Q;
+
+namespace {
+
+constexpr char kTemplateKey[] = "macheta", kFolderKey[] = "folder";
+
+}  // namespace
+
+Frm_Preluare::Frm_Preluare(ui::Context& screen_context, OpenDeclaration open_declaration, QWidget* parent,
+                           FileChooser choose_file)
+    : Form(screen_context, QStringLiteral("Frm_Preluare"), parent),
+      open_declaration_(std::move(open_declaration)),
+      choose_file_(std::move(choose_file)) {
+  setWindowTitle(QStringLiteral("Preluare fisier excel - ") + Q(session().current.Nume_Firma));
+  if (!choose_file_) choose_file_ = WorksheetDialog(context(), this);
+  AddFields();
+  SetButtons(
+      QStringLiteral("&Preia fisierul"), [this] { Run(); }, QStringLiteral("&Inchide"));
+  rejected_ = AddCommand(QStringLiteral("CmdRespinse"), QStringLiteral("&Randuri respinse..."),
+                         [this] { ShowRejected(); });
+  declaration_ = AddCommand(QStringLiteral("CmdDeclaratie"), QStringLiteral("&Deschide declaratia"), [this] {
+    open_declaration_({taken_.tip_operatiune.substr(0, 1), taken_.Cod_Fiscal, taken_.Anul, taken_.Luna},
+                      this);
+  });
+  rejected_->setAutoDefault(false);
+  declaration_->setAutoDefault(false);
+  ReadTemplates(ui::Utf8(context().memory.Get(objectName(), QString::fromLatin1(kTemplateKey))));
+  ShowResult();
+  FocusField(QStringLiteral("Nume_Fisier"));
+}
+
+void Frm_Preluare::AddFields() {
+  const auto required = [this](const char* name) { MarkRequired(QString::fromLatin1(name)); };
+  // Imports are of the month that has ended.
+  const platform::LocalTime now = session().host.clock.Now();
+  AddSection(QStringLiteral("Luna declaratiei"));
+  QLineEdit* year = AddText(QStringLiteral("Anul"), QStringLiteral("&Anul"), 6,
+                            QStringLiteral("Anul de referinta al liniilor preluate"), Kind::kFree);
+  year->setMaxLength(4);
+  year->setValidator(new QIntValidator(0, 9999, year));
+  year->setText(QString::number(now.month == 1 ? now.year - 1 : now.year));
+  required("Anul");
+  auto* month = new QComboBox(this);
+  month->setObjectName(QStringLiteral("Luna"));
+  std::vector<std::string> months;
+  for (int each = 1; each <= 12; ++each) months.push_back(std::to_string(each));
+  FillChoices(session(), *month, "Frm_Preluare", months);
+  month->setMaxVisibleItems(12);
+  month->setCurrentIndex(month->findText(QString::number(now.month == 1 ? 12 : now.month - 1)));
+  AddField(QStringLiteral("&Luna"), month, QStringLiteral("Luna de referinta a liniilor preluate"));
+  required("Luna");
+
+  AddSection(QStringLiteral("Fisierul"));
+  QLineEdit* path =
+      AddText(QStringLiteral("Nume_Fisier"), QStringLiteral("Nume &fisier"), 56,
+              QStringLiteral("Fisierul excel cu liniile lunii; butonul din dreapta il cauta"), Kind::kFree);
+  required("Nume_Fisier");
+  auto* browse = new QPushButton(ui::Icon(QStringLiteral("folder")), QString(), this);
+  browse->setObjectName(QStringLiteral("CmdFisier"));
+  browse->setToolTip(QStringLiteral("Alege fisierul"));
+  browse->setAutoDefault(false);
+  connect(browse, &QPushButton::clicked, this, [this] { Try([this] { ChooseFile(); }); });
+  AddBeside(browse);
+  sheet_ = new QComboBox(this);
+  sheet_->setObjectName(QStringLiteral("Sheet_Name"));
+  sheet_->setEditable(true);
+  sheet_->setMinimumWidth(sheet_->fontMetrics().averageCharWidth() * 36);
+  AddField(QStringLiteral("&Sheet Name"), sheet_, QStringLiteral("Foaia din fisier in care sunt liniile"));
+  required("Sheet_Name");
+  connect(path, &QLineEdit::editingFinished, this, [this, path] {
+    if (path->isModified()) TakeFile(ui::Utf8(path->text().trimmed()));
+    path->setModified(false);
+  });
+
+  AddSection(QStringLiteral("Unde si cum se preia"));
+  QLineEdit* company =
+      AddText(QStringLiteral("Cod_Fiscal"), QStringLiteral("&Cod inreg fiscala"), 16,
+              QStringLiteral("Firma curenta; alta firma se alege in meniul Firme"), Kind::kFree);
+  company->setReadOnly(true);
+  company->setText(Q(session().current.Cod_Fiscal));
+  AddBeside(new QLabel(Q(session().current.Nume_Firma), this));
+  required("Cod_Fiscal");
+  template_ = new QComboBox(this);
+  template_->setObjectName(QStringLiteral("Nume_Macheta"));
+  template_->setMinimumWidth(template_->fontMetrics().averageCharWidth() * 36);
+  AddField(QStringLiteral("Nume &Macheta"), template_,
+           QStringLiteral("Macheta facuta pentru fisiere de felul acesta; ea da si foaia si operatiunea"));
+  required("Nume_Macheta");
+  auto* edit = new QPushButton(ui::Icon(QStringLiteral("macheta")), QStringLiteral("Mac&heta..."), this);
+  edit->setObjectName(QStringLiteral("CmdMacheta"));
+  edit->setToolTip(QStringLiteral("Modifica macheta aleasa, sau face una daca nu este nici una aleasa"));
+  edit->setAutoDefault(false);
+  connect(edit, &QPushButton::clicked, this, [this] { Try([this] { EditTemplate(); }); });
+  AddBeside(edit);
+  operation_ = new QComboBox(this);
+  operation_->setObjectName(QStringLiteral("Tip_Operatiune"));
+  FillChoices(session(), *operation_, "Frm_Preluare", {"I-ACHIZITIE", "O-LIVRARE"});
+  operation_->setCurrentIndex(-1);
+  AddField(QStringLiteral("&Tip Operatiune"), operation_,
+           QStringLiteral("I-ACHIZITIE: marfuri intrate in tara; O-LIVRARE: marfuri iesite"));
+  required("Tip_Operatiune");
+  connect(template_, &QComboBox::currentTextChanged, this, [this] { Try([this] { FollowTemplate(); }); });
+
+  state_ = new QLabel(this);
+  state_->setObjectName(QStringLiteral("Stare"));
+  state_->setTextFormat(Qt::PlainText);
+  state_->setWordWrap(true);
+  state_->setMinimumHeight(state_->fontMetrics().height() * 2);
+  AddWide(state_);
+}
+
+void Frm_Preluare::ReadTemplates(const std::string& current) {
+  {
+    const QSignalBlocker quiet(template_);
+    template_->clear();
+    store::Recordset rows = session().company.Query(kChooserSelect);
+    for (; !rows.eof(); rows.MoveNext()) template_->addItem(Q(rows.Get(0).ToText()));
+    // A single template needs no choosing.
+    const int at = template_->findText(Q(current));
+    template_->setCurrentIndex(at < 0 && template_->count() == 1 ? 0 : at);
+  }
+  FollowTemplate();
+}
+
+void Frm_Preluare::FollowTemplate() {
+  const std::string name = ui::Utf8(template_->currentText());
+  folder_.clear();
+  TemplateDraft chosen(session());
+  if (name.empty() || !chosen.Open(name)) return;
+  folder_ = chosen.header.Locatie_Implicita;
+  sheet_->setEditText(
+      Q(chosen.header.Work_Sheet_Name.empty() ? std::string(kDefaultSheet) : chosen.header.Work_Sheet_Name));
+  for (int i = 0; i < operation_->count(); ++i) {
+    if (operation_->itemText(i).endsWith(Q(chosen.header.TIP))) operation_->setCurrentIndex(i);
+  }
+}
+
+void Frm_Preluare::ChooseFile() {
+  const std::string now = ui::Utf8(Text(QStringLiteral("Nume_Fisier")).trimmed());
+  std::string folder = now.empty() ? folder_ : std::string(platform::FolderOf(now));
+  if (folder.empty()) {
+    folder = ui::Utf8(context().memory.Get(objectName(), QString::fromLatin1(kFolderKey)));
+  }
+  const std::string path = choose_file_(folder);
+  if (path.empty()) return;
+  SetText(QStringLiteral("Nume_Fisier"), Q(path));
+  context().memory.Set(objectName(), QString::fromLatin1(kFolderKey), Q(platform::FolderOf(path)));
+  TakeFile(path);
+}
+
+void Frm_Preluare::TakeFile(const std::string& path) {
+  const std::vector<std::string> sheets = OfferSheets(session(), *sheet_, path);
+  const std::string typed = ui::Utf8(sheet_->currentText());
+  const bool there = std::any_of(sheets.begin(), sheets.end(), [&](const std::string& sheet) {
+    return platform::EqualsNoCase(sheet, typed);
+  });
+  // Where the file has but one sheet there is nothing to choose.
+  if (!there && sheets.size() == 1) sheet_->setEditText(Q(sheets.front()));
+}
+
+void Frm_Preluare::EditTemplate() {
+  Frm_Macheta editor(context(), ui::Utf8(template_->currentText()), this, choose_file_);
+  editor.exec();
+  ReadTemplates(editor.Nume_Structura());
+}
+
+Inputs Frm_Preluare::Typed() const {
+  const auto text = [this](const char* name) { return ui::Utf8(Text(QString::fromLatin1(name)).trimmed()); };
+  Inputs inputs;
+  inputs.Anul = Text(QStringLiteral("Anul")).toInt();
+  inputs.Luna = Text(QStringLiteral("Luna")).toInt();
+  inputs.path = text("Nume_Fisier");
+  inputs.sheet = text("Sheet_Name");
+  inputs.Cod_Fiscal = text("Cod_Fiscal");
+  inputs.Nume_Structura = text("Nume_Macheta");
+  inputs.tip_operatiune = text("Tip_Operatiune");
+  return inputs;
+}
+
+void Frm_Preluare::Run() {
+  taken_ = Typed();
+  context().memory.Set(objectName(), QString::fromLatin1(kTemplateKey), Q(taken_.Nume_Structura));
+  {
+    const ui::LongRun run(session().host.progress, QStringLiteral("Preluare fisier excel"),
+                          ui::Stopping::kPossible);
+    result_ = importer::Run(session(), taken_);
+  }
+  ShowResult();
+  if (result_.outcome == Outcome::kRefused) return FocusMissing();
+  if (!result_.rejected.empty()) ShowRejected();
+  if (result_.saved > 0) declaration_->setFocus();
+}
+
+void Frm_Preluare::ShowResult() {
+  QString text = Q(result_.status);
+  if (result_.outcome == Outcome::kDone) {
+    text += QStringLiteral("   Preluate: %1 din %2.").arg(result_.saved).arg(result_.total);
+    if (!result_.rejected.empty()) text += QStringLiteral(" Respinse: %1.").arg(result_.rejected.size());
+  }
+  if (result_.outcome == Outcome::kCancelled) text = QStringLiteral("Preluarea a fost oprita");
+  state_->setText(text);
+  rejected_->setEnabled(!result_.rejected.empty() && result_.outcome == Outcome::kDone);
+  declaration_->setEnabled(result_.saved > 0 && open_declaration_ != nullptr);
+}
+
+void Frm_Preluare::ShowRejected() { Frm_Preluare_Respinse(context(), taken_, result_.rejected, this).exec(); }
+
+void Frm_Preluare::FocusMissing() {
+  for (const char* name : {"Anul", "Luna", "Nume_Fisier", "Sheet_Name", "Nume_Macheta", "Tip_Operatiune"}) {
+    const std::string text = ui::Utf8(Text(QString::fromLatin1(name)));
+    if (store::IsEmpty(text) || text == "0") return FocusField(QString::fromLatin1(name));
+  }
+  FocusField(QStringLiteral("Nume_Fisier"));
+}
+
+}  // namespace importer

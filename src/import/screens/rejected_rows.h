@@ -1,0 +1,17 @@
+#pragma once
+
+#include "import/run.h"
+#include "ui/list_screen.h"
+
+namespace importer {
+
+/// The worksheet rows that an import could not save, with their place and the reason.
+class Frm_Preluare_Respinse : public ui::ListScreen {
+  Q_OBJECT
+ public:
+  /// `inputs` are those of the run.
+  Frm_Preluare_Respinse(ui::Context& context, const Inputs& inputs, std::vector<importer::Rejected> rejected,
+                        QWidget* parent);
+};
+
+}  // namespace importer
