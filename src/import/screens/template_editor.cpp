@@ -130,7 +130,6 @@ void Frm_Macheta::AddGrids() {
 
   row_grid_ = new ui::Grid(context(), QStringLiteral("Frm_Macheta"), above);
   row_grid_->setObjectName(QStringLiteral("GridColoane"));
-  row_grid_->WrapHeadings(3);
   row_grid_->SetEmptyText(QStringLiteral(
       "Informatiile declaratiei apar dupa ce macheta are nume si sens si este salvata prima data."));
   KeepOrder(*row_grid_);

@@ -141,8 +141,17 @@ QVariant TemplateRowModel::data(const QModelIndex& index, int role) const {
 
 QVariant TemplateRowModel::headerData(int section, Qt::Orientation orientation, int role) const {
   const QVariant value = GridModel::headerData(section, orientation, role);
-  if (role != Qt::TextAlignmentRole || orientation != Qt::Horizontal) return value;
-  return QVariant(value.toInt() | int{Qt::TextWordWrap});  // these captions are whole sentences
+  if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return value;
+  // These captions are whole sentences over narrow columns.
+  constexpr qsizetype kLine = 20;
+  QString text;
+  qsizetype line = 0;
+  for (const QString& word : value.toString().split(' ')) {
+    if (line > 0) text += line + 1 + word.size() > kLine ? '\n' : ' ';
+    line = text.endsWith('\n') || text.isEmpty() ? word.size() : line + 1 + word.size();
+    text += word;
+  }
+  return text;
 }
 
 SampleModel::SampleModel(const TemplateDraft& draft, QObject* parent)
