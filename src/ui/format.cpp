@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "calc/rounding/typed_number.h"
 #include "platform/clock.h"
 #include "ui/text.h"
 
@@ -16,15 +17,6 @@ QString Fixed(double number, int decimals, const QLocale& locale) {
   if (std::abs(number) < 1e11) number = std::nextafter(number, number < 0 ? -HUGE_VAL : HUGE_VAL);
   if (std::abs(number) * std::pow(10, decimals) < 0.5) number = 0;  // no "-0,00"
   return locale.toString(number, 'f', decimals);
-}
-
-/// Digits in groups of three, as `group` divides them; empty where they are not.
-QString Ungrouped(const QString& whole, const QString& group) {
-  const QStringList parts = whole.split(group);
-  for (qsizetype i = 1; i < parts.size(); ++i) {
-    if (parts[i].size() != 3) return {};
-  }
-  return parts.size() > 1 && parts.front().isEmpty() ? QString() : parts.join(QString());
 }
 
 }  // namespace
@@ -67,26 +59,7 @@ QString ForEditing(const store::Value& value, Format format, const QLocale& loca
 }
 
 std::optional<double> ParseNumber(const QString& text, const QLocale& locale) {
-  QString number;
-  for (const QChar c : text) {
-    if (!c.isSpace()) number += c;
-  }
-  const QString mark = locale.decimalPoint(), group = locale.groupSeparator();
-  QString sign;
-  if (number.startsWith('-') || number.startsWith('+')) {
-    sign = number.left(1);
-    number.remove(0, 1);
-  }
-  const qsizetype at = number.indexOf(mark);
-  if (at >= 0) {
-    const QString whole = at == 0 ? QString() : Ungrouped(number.left(at), group);
-    if (at > 0 && whole.isEmpty()) return {};
-    number = whole + '.' + number.mid(at + mark.size());
-  } else if (number.count('.') != 1) {
-    number = Ungrouped(number, group);
-  }
-  if (number.isEmpty() || number == ".") return {};
-  return store::ParseNumber(Utf8(sign + number));
+  return calc::ParseTypedNumber(Utf8(text), Utf8(locale.decimalPoint()));
 }
 
 bool RightAligned(Format format) {

@@ -27,7 +27,7 @@ QString Shown(const store::Value& value, Format format, const QLocale& locale = 
 /// The same for typing into and for copying: all decimals there are, no grouping, a tick as "1" or "0".
 QString ForEditing(const store::Value& value, Format format, const QLocale& locale = QLocale());
 
-/// A number as typed: the locale's marks or a plain decimal point, blanks ignored. Nothing where it is none.
+/// A number as typed (calc::ParseTypedNumber with the locale's mark). Nothing where it is none.
 /// A single point without the locale's decimal mark is a decimal point even where the locale groups by
 /// points: the number pad types one, and cells are edited without grouping.
 std::optional<double> ParseNumber(const QString& text, const QLocale& locale = QLocale());

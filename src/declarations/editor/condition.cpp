@@ -1,5 +1,6 @@
 #include "declarations/editor/condition.h"
 
+#include "calc/rounding/typed_number.h"
 #include "declarations/editor/typed_text.h"
 #include "platform/encoding.h"
 
@@ -32,7 +33,7 @@ std::string BulkUpdateHead(std::string_view column, ColumnKind kind, std::string
 
 std::string StatementValue(ColumnKind kind, std::string_view typed, std::string_view decimal_mark) {
   if (kind == ColumnKind::kNumber) {
-    if (const std::optional<double> number = ParseTypedNumber(typed, decimal_mark)) {
+    if (const std::optional<double> number = calc::ParseTypedNumber(typed, decimal_mark)) {
       return std::floor(*number) == *number && std::abs(*number) < 1e15
                  ? std::to_string(static_cast<long long>(*number))
                  : store::NumberText(*number);

@@ -12,31 +12,6 @@ bool AllDigits(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-/// Blanks and no-break blanks removed: spreadsheets separate thousands with them.
-std::string WithoutBlanks(std::string_view text) {
-  const std::string plain =
-      platform::ReplaceAll(platform::ReplaceAll(text, "\xC2\xA0", ""), "\xE2\x80\xAF", "");
-  return platform::ReplaceAll(plain, " ", "");
-}
-
-/// "1.234.567" with its marks taken out; nothing where they do not stand at thousands.
-std::optional<std::string> Ungrouped(std::string_view whole, char mark) {
-  std::string digits;
-  bool first = true;
-  for (;;) {
-    const std::size_t at = whole.find(mark);
-    const std::string_view group = whole.substr(0, at);
-    if (!AllDigits(group)) return std::nullopt;
-    if (first ? at != std::string_view::npos && (group.empty() || group.size() > 3) : group.size() != 3) {
-      return std::nullopt;
-    }
-    digits += group;
-    first = false;
-    if (at == std::string_view::npos) return digits;
-    whole.remove_prefix(at + 1);
-  }
-}
-
 int Digits(std::string_view text) { return static_cast<int>(store::Value(text).ToInteger()); }
 
 std::optional<store::Date> DateOf(int year, int month, int day) {
@@ -45,35 +20,6 @@ std::optional<store::Date> DateOf(int year, int month, int day) {
 }
 
 }  // namespace
-
-std::optional<double> ParseTypedNumber(std::string_view text, std::string_view decimal_mark) {
-  const char mark = decimal_mark == "," ? ',' : '.';
-  const char group = mark == ',' ? '.' : ',';
-  std::string number = WithoutBlanks(platform::Trim(text));
-  std::string sign, exponent;
-  if (!number.empty() && (number[0] == '-' || number[0] == '+')) {
-    sign = number[0] == '-' ? "-" : "";
-    number.erase(0, 1);
-  }
-  if (const std::size_t e = number.find_first_of("eE"); e != std::string::npos) {
-    exponent = number.substr(e);
-    number.erase(e);
-  }
-  const std::size_t at = number.find(mark);
-  const std::string_view whole = std::string_view(number).substr(0, at);
-  const std::string_view fraction =
-      at == std::string::npos ? std::string_view() : std::string_view(number).substr(at + 1);
-  if (!AllDigits(fraction) || whole.size() + fraction.size() == 0) return std::nullopt;
-  if (const std::optional<std::string> digits = Ungrouped(whole, group)) {
-    return store::ParseNumber(fmt::format("{}{}.{}{}", sign, digits->empty() ? "0" : *digits,
-                                          fraction.empty() ? "0" : fraction, exponent));
-  }
-  const bool keypad_point = group == '.' && at == std::string::npos &&
-                            AllDigits(platform::ReplaceAll(whole, ".", "")) &&
-                            std::count(whole.begin(), whole.end(), '.') == 1 && whole.size() > 1;
-  if (!keypad_point) return std::nullopt;
-  return store::ParseNumber(fmt::format("{}0{}0{}", sign, whole, exponent));
-}
 
 std::optional<store::Date> ParseTypedDate(std::string_view text, int year, int month) {
   text = platform::Trim(text);

@@ -9,11 +9,6 @@
 
 namespace declarations {
 
-/// A number as typed or pasted. `decimal_mark` is the user's own, "," or "."; the other mark, blanks and
-/// no-break blanks may separate thousands. A point that separates no thousands is taken for a decimal point
-/// (numeric keypads).
-std::optional<double> ParseTypedNumber(std::string_view text, std::string_view decimal_mark);
-
 /// A date as typed: whole ("5.3.2026", "2026-03-05"), or just the day, or day and month ("5", "5.3"), which
 /// the declaration's month and year complete.
 std::optional<store::Date> ParseTypedDate(std::string_view text, int year, int month);

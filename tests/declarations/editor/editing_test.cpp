@@ -1,3 +1,4 @@
+#include "calc/rounding/typed_number.h"
 #include "declarations/editor/typed_text.h"
 #include "editor_fixture.h"
 
@@ -129,16 +130,18 @@ TEST_F(EditorTest, NumbersAndDatesAreReadAsTheUserWritesThem) {
                                                                         {",5", ",", "0.5"},
                                                                         {"1.5", ",", "1.5"},
                                                                         {"1.500", ",", "1500"},
+                                                                        {"12000,50", ".", "12000.5"},
+                                                                        {"12,000", ".", "12000"},
                                                                         {"1.50.0", ",", "-"},
                                                                         {"-3", ",", "-3"},
                                                                         {"1,234.5", ".", "1234.5"},
-                                                                        {"1,5", ".", "-"},
+                                                                        {"1,5", ".", "1.5"},
                                                                         {".", ".", "-"},
                                                                         {"", ",", "-"},
                                                                         {"12,5%", ",", "-"},
                                                                         {"1,5E-3", ",", "0.0015"}};
   for (const auto& [text, mark, number] : kNumbers) {
-    const std::optional<double> read = ParseTypedNumber(text, mark);
+    const std::optional<double> read = calc::ParseTypedNumber(text, mark);
     EXPECT_EQ(read ? store::DoubleText(*read) : "-", number) << text << " with " << mark;
   }
   const std::pair<const char*, const char*> kDates[] = {{"5", "05.03.2026"},

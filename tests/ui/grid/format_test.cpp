@@ -35,7 +35,7 @@ TEST(Format, ReadsNumbersAsTyped) {
   EXPECT_EQ(read("1.234.567,89"), 1234567.89);
   EXPECT_EQ(read(" 1 234,5 "), 1234.5);
   EXPECT_EQ(read("4.9751"), 4.9751);
-  EXPECT_EQ(read("12.500"), 12.5);
+  EXPECT_EQ(read("12.500"), 12500.0);
   EXPECT_EQ(read("-,5"), -0.5);
   EXPECT_EQ(read("1.000.000"), 1000000.0);
   EXPECT_EQ(read("1,234.5", kEnglish), 1234.5);
