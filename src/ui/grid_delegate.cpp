@@ -18,8 +18,12 @@ constexpr int kPadding = 4;
 constexpr int kPicture = 16;
 const QColor kProblem(0xd3, 0x2f, 0x2f);
 
+constexpr char kNames[] = "names";  // a box whose text is kept as typed
+
 QString EditorText(QWidget* editor) {
-  if (auto* box = qobject_cast<CodeBox*>(editor)) return box->code();
+  if (auto* box = qobject_cast<CodeBox*>(editor)) {
+    return box->property(kNames).toBool() ? box->currentText() : box->code();
+  }
   if (auto* line = qobject_cast<QLineEdit*>(editor)) return line->text();
   return {};
 }
@@ -154,6 +158,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
   if (codes != nullptr) {
     auto* box = new CodeBox(parent);
     box->ShowDescriptions(column.names);
+    box->setProperty(kNames, column.names);
     box->SetList(*codes);
     box->completer()->popup()->installEventFilter(const_cast<GridDelegate*>(this));
     box->setFrame(false);
@@ -166,11 +171,14 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     editor_ = line;
   }
   editor_->setAutoFillBackground(true);
-  stored_ = false;
+  stored_ = filled_ = false;
   return editor_;
 }
 
 void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+  // Rows that change while a cell is being typed in leave it alone.
+  if (filled_) return;
+  filled_ = true;
   const QString text = index.data(Qt::EditRole).toString();
   before_ = text;
   if (auto* box = qobject_cast<CodeBox*>(editor)) {

@@ -54,7 +54,7 @@ class GridDelegate : public QStyledItemDelegate {
   GridColours colours_;
   mutable QPointer<QWidget> editor_;
   mutable QString before_;  ///< the edited cell's text
-  mutable bool stored_ = false;
+  mutable bool stored_ = false, filled_ = false;
   bool keep_arrows_ = false;
 };
 

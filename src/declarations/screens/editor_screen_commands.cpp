@@ -156,9 +156,15 @@ void Frm_INTRASTAT::Check() {
 }
 
 void Frm_INTRASTAT::ShowProblems() {
-  problems_screen().Load();
-  problems_screen().show();
-  problems_screen().activateWindow();
+  Frm_Intrastat_Probleme& problems = problems_screen();
+  problems.Load();
+  if (!problems.isVisible()) {
+    problems.show();
+    // At the lower edge, where it hides the fewest lines.
+    const QPoint corner = mapToGlobal(rect().bottomRight());
+    problems.move(corner.x() - problems.width() - 24, corner.y() - problems.height() - 48);
+  }
+  problems.activateWindow();
 }
 
 void Frm_INTRASTAT::ShowProblemsOf(const LineProblems& found) {
@@ -170,7 +176,9 @@ void Frm_INTRASTAT::ShowProblemsOf(const LineProblems& found) {
 }
 
 bool Frm_INTRASTAT::ReviewFindings(const std::vector<Finding>& findings) {
-  Frm_Intrastat_Observatii review(context(), findings, this);
+  std::vector<Finding> shown = findings;
+  for (Finding& finding : shown) finding.where = Utf8(header_->CaptionOf(Q(finding.where)));
+  Frm_Intrastat_Observatii review(context(), shown, this);
   if (review.exec() == QDialog::Accepted) return true;
   if (review.chosen() >= 0) led_to_ = findings[static_cast<std::size_t>(review.chosen())];
   return false;
@@ -224,7 +232,7 @@ void Frm_INTRASTAT::Export() {
   } else {
     header_->GoTo(Q(finding.where));
   }
-  ShowStatus(Q(finding.where + ": " + finding.what));
+  ShowStatus(header_->CaptionOf(Q(finding.where)) + QStringLiteral(": ") + Q(finding.what));
 }
 
 void Frm_INTRASTAT::PrintLines() {

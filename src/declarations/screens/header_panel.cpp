@@ -279,6 +279,15 @@ void HeaderPanel::SetReadOnly() {
 
 void HeaderPanel::Unfold(bool on) { fold_->setChecked(on); }
 
+QString HeaderPanel::CaptionOf(const QString& field) const {
+  for (const QLabel* label : fields_->findChildren<QLabel*>()) {
+    if (label->buddy() == nullptr || label->buddy()->objectName() != field) continue;
+    return (agent_->isAncestorOf(label) ? QStringLiteral("Declarant tert - ") : QStringLiteral("Antet - ")) +
+           label->text();
+  }
+  return field;
+}
+
 bool HeaderPanel::GoTo(const QString& field) {
   auto* found = fields_->findChild<QWidget*>(field);
   if (found == nullptr) return false;

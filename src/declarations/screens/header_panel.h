@@ -35,6 +35,8 @@ class HeaderPanel : public QWidget {
   void Unfold(bool on);
   /// Unfolds and goes to the field of that name; false where the header has none.
   bool GoTo(const QString& field);
+  /// What a field is called on screen ("Declarant tert - Judet"); the name itself for what is none.
+  QString CaptionOf(const QString& field) const;
 
  private:
   QLineEdit* AddLine(QGridLayout* grid, const char* name, const char* label, int characters,

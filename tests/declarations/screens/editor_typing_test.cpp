@@ -175,8 +175,10 @@ TEST_F(EditorScreenTest, ALineIsSavedAfterAWhileWithoutTyping) {
   GoToCell(0, "Descriere");
   Keys("Acum");
   Key(Qt::Key_Return);
+  Keys("8471");  // what is being typed meanwhile stays
   EXPECT_TRUE(QTest::qWaitFor([&] { return !screen_->editor().pending(); }, 4000));
   EXPECT_EQ(Count("Descriere='Acum'"), 1);
+  EXPECT_EQ(screen_->grid()->findChild<ui::CodeBox*>()->code(), "8471");
 }
 
 TEST_F(EditorScreenTest, ViewingWritesNothing) {
