@@ -5,6 +5,7 @@
 
 #include "platform/encoding.h"
 #include "platform/spreadsheet/sheet.h"
+#include "platform/spreadsheet/xml_scanner.h"
 
 namespace platform::spreadsheet {
 namespace {
@@ -147,19 +148,6 @@ class StringsHandler : public XmlHandler {
   TextPool* pool_;
   XlsxText text_;
 };
-
-void AppendUtf8(std::string& out, unsigned code) {
-  if (code < 0x80) {
-    out += static_cast<char>(code);
-  } else if (code < 0x800) {
-    out += static_cast<char>(0xC0 | (code >> 6));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  } else {
-    out += static_cast<char>(0xE0 | (code >> 12));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  }
-}
 
 }  // namespace
 
