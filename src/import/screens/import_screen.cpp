@@ -48,7 +48,6 @@ void Frm_Preluare::AddFields() {
   const auto required = [this](const char* name) { MarkRequired(QString::fromLatin1(name)); };
   // Imports are of the month that has ended.
   const platform::LocalTime now = session().host.clock.Now();
-  AddSection(QStringLiteral("Luna declaratiei"));
   QLineEdit* year = AddText(QStringLiteral("Anul"), QStringLiteral("&Anul"), 6,
                             QStringLiteral("Anul de referinta al liniilor preluate"), Kind::kFree);
   year->setMaxLength(4);
@@ -64,8 +63,8 @@ void Frm_Preluare::AddFields() {
   month->setCurrentIndex(month->findText(QString::number(now.month == 1 ? 12 : now.month - 1)));
   AddField(QStringLiteral("&Luna"), month, QStringLiteral("Luna de referinta a liniilor preluate"));
   required("Luna");
+  AddBeside(new QLabel(this));  // keeps the list as wide as what it holds
 
-  AddSection(QStringLiteral("Fisierul"));
   QLineEdit* path =
       AddText(QStringLiteral("Nume_Fisier"), QStringLiteral("Nume &fisier"), 56,
               QStringLiteral("Fisierul excel cu liniile lunii; butonul din dreapta il cauta"), Kind::kFree);
@@ -79,15 +78,15 @@ void Frm_Preluare::AddFields() {
   sheet_ = new QComboBox(this);
   sheet_->setObjectName(QStringLiteral("Sheet_Name"));
   sheet_->setEditable(true);
-  sheet_->setMinimumWidth(sheet_->fontMetrics().averageCharWidth() * 36);
+  sheet_->setFixedWidth(sheet_->fontMetrics().averageCharWidth() * 40);
   AddField(QStringLiteral("&Sheet Name"), sheet_, QStringLiteral("Foaia din fisier in care sunt liniile"));
   required("Sheet_Name");
+  AddBeside(new QLabel(this));
   connect(path, &QLineEdit::editingFinished, this, [this, path] {
     if (path->isModified()) TakeFile(ui::Utf8(path->text().trimmed()));
     path->setModified(false);
   });
 
-  AddSection(QStringLiteral("Unde si cum se preia"));
   QLineEdit* company =
       AddText(QStringLiteral("Cod_Fiscal"), QStringLiteral("&Cod inreg fiscala"), 16,
               QStringLiteral("Firma curenta; alta firma se alege in meniul Firme"), Kind::kFree);
@@ -97,7 +96,7 @@ void Frm_Preluare::AddFields() {
   required("Cod_Fiscal");
   template_ = new QComboBox(this);
   template_->setObjectName(QStringLiteral("Nume_Macheta"));
-  template_->setMinimumWidth(template_->fontMetrics().averageCharWidth() * 36);
+  template_->setFixedWidth(template_->fontMetrics().averageCharWidth() * 40);
   AddField(QStringLiteral("Nume &Macheta"), template_,
            QStringLiteral("Macheta facuta pentru fisiere de felul acesta; ea da si foaia si operatiunea"));
   required("Nume_Macheta");
@@ -106,7 +105,9 @@ void Frm_Preluare::AddFields() {
   edit->setToolTip(QStringLiteral("Modifica macheta aleasa, sau face una daca nu este nici una aleasa"));
   edit->setAutoDefault(false);
   connect(edit, &QPushButton::clicked, this, [this] { Try([this] { EditTemplate(); }); });
+  edit->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   AddBeside(edit);
+  AddBeside(new QLabel(this));
   operation_ = new QComboBox(this);
   operation_->setObjectName(QStringLiteral("Tip_Operatiune"));
   FillChoices(session(), *operation_, "Frm_Preluare", {"I-ACHIZITIE", "O-LIVRARE"});
@@ -114,6 +115,7 @@ void Frm_Preluare::AddFields() {
   AddField(QStringLiteral("&Tip Operatiune"), operation_,
            QStringLiteral("I-ACHIZITIE: marfuri intrate in tara; O-LIVRARE: marfuri iesite"));
   required("Tip_Operatiune");
+  AddBeside(new QLabel(this));
   connect(template_, &QComboBox::currentTextChanged, this, [this] { Try([this] { FollowTemplate(); }); });
 
   state_ = new QLabel(this);

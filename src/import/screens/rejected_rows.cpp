@@ -17,7 +17,7 @@ class RejectedModel : public ui::GridModel {
                     .format = ui::Format::kWhole,
                     .width = 8},
                    {.field = "coloana", .caption = QStringLiteral("Informatia"), .width = 24},
-                   {.field = "motiv", .caption = QStringLiteral("Motivul"), .width = 60}},
+                   {.field = "motiv", .caption = QStringLiteral("Motivul"), .width = 50}},
                   parent),
         rejected_(std::move(rejected)),
         arrivals_(arrivals) {}
@@ -54,7 +54,7 @@ Frm_Preluare_Respinse::Frm_Preluare_Respinse(ui::Context& screen_context, const 
                                              std::vector<importer::Rejected> rejected, QWidget* parent)
     : ListScreen(screen_context, QStringLiteral("Frm_Preluare_Respinse"), parent) {
   setWindowTitle(QStringLiteral("Randuri care nu s-au preluat - ") + Q(platform::FileNameOf(inputs.path)));
-  SetFirstSize({820, 480});
+  SetFirstSize({900, 480});
   AddListCommands(QStringLiteral("Randuri care nu s-au preluat: %1, foaia %2")
                       .arg(Q(platform::FileNameOf(inputs.path)), Q(inputs.sheet)));
   SetModel(new RejectedModel(std::move(rejected), inputs.tip_operatiune.starts_with('I'), this));

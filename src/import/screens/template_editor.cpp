@@ -47,7 +47,7 @@ Frm_Macheta::Frm_Macheta(ui::Context& screen_context, const std::string& Nume_St
       choose_file_(std::move(choose_file)),
       refresh_(new QTimer(this)) {
   if (!choose_file_) choose_file_ = WorksheetDialog(context(), this);
-  SetFirstSize({1180, 700});
+  SetFirstSize({1280, 700});
   refresh_->setSingleShot(true);
   refresh_->setInterval(kRefreshAfter);
   connect(refresh_, &QTimer::timeout, this, [this] { Try([this] { ShowPreview(); }); });
@@ -75,6 +75,7 @@ void Frm_Macheta::AddHeader() {
   AddField(QStringLiteral("Se f&oloseste la"), flow_,
            QStringLiteral("ACHIZITIE: marfuri intrate in tara; LIVRARE: marfuri iesite"), Kind::kBound);
   MarkRequired(QStringLiteral("TIP"));
+  AddBeside(new QLabel(this));  // keeps the list as wide as what it holds
   AddColumn();
   AddText(QStringLiteral("Locatie_Implicita"), QStringLiteral("&Locatie implicita"), 56,
           QStringLiteral("Folderul in care se cauta fisierele la preluare"))
@@ -91,7 +92,7 @@ void Frm_Macheta::AddHeader() {
   sheet_ = new QComboBox(this);
   sheet_->setObjectName(QStringLiteral("Work_Sheet_Name"));
   sheet_->setEditable(true);
-  sheet_->setMinimumWidth(sheet_->fontMetrics().averageCharWidth() * 32);
+  sheet_->setFixedWidth(sheet_->fontMetrics().averageCharWidth() * 36);
   AddField(QStringLiteral("&Foaia de lucru"), sheet_,
            QStringLiteral("Numele foii din fisier; fara nume se citeste Sheet1"), Kind::kBound);
   auto* read = new QPushButton(ui::Icon(QStringLiteral("reimprospateaza")),
@@ -99,7 +100,9 @@ void Frm_Macheta::AddHeader() {
   read->setObjectName(QStringLiteral("CmdCiteste"));
   read->setAutoDefault(false);
   connect(read, &QPushButton::clicked, this, [this] { Try([this] { ReadColumns(Telling::kShow); }); });
+  read->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   AddBeside(read);
+  AddBeside(new QLabel(this));
   connect(flow_, &QComboBox::currentTextChanged, refresh_, qOverload<>(&QTimer::start));
 }
 
@@ -157,7 +160,7 @@ void Frm_Macheta::AddGrids() {
   column->setSpacing(4);
   sample_label_ = new QLabel(beside);
   sample_label_->setObjectName(QStringLiteral("LblColoane"));
-  sample_grid_ = new ui::Grid(context(), QStringLiteral("Frm_Macheta_Exemplu"), beside);
+  sample_grid_ = new ui::Grid(context(), QStringLiteral("Macheta_Exemplu"), beside);
   sample_grid_->setObjectName(QStringLiteral("GridExemplu"));
   sample_grid_->setSelectionMode(QAbstractItemView::SingleSelection);
   sample_grid_->setDragEnabled(true);
@@ -183,7 +186,7 @@ void Frm_Macheta::AddGrids() {
   line_label_->setObjectName(QStringLiteral("LblPrevizualizare"));
   line_label_->setTextFormat(Qt::PlainText);
   line_label_->setWordWrap(true);
-  line_grid_ = new ui::Grid(context(), QStringLiteral("Frm_Macheta_Linii"), below);
+  line_grid_ = new ui::Grid(context(), QStringLiteral("Macheta_Linii"), below);
   line_grid_->setObjectName(QStringLiteral("GridPrevizualizare"));
   KeepOrder(*line_grid_);
   lines->addWidget(line_label_);
@@ -191,10 +194,10 @@ void Frm_Macheta::AddGrids() {
 
   above->setStretchFactor(0, 3);
   above->setStretchFactor(1, 2);
-  above->setSizes({700, 400});
+  above->setSizes({860, 400});
   whole->setStretchFactor(0, 3);
   whole->setStretchFactor(1, 2);
-  whole->setSizes({300, 180});
+  whole->setSizes({280, 200});
   body()->addWidget(whole, 1);
 }
 
@@ -359,12 +362,12 @@ void Frm_Macheta::ShowPreview() {
     delete lines_;
     lines_ = model;
   }
-  const int marked = lines_->problem_count();
   QString text = QStringLiteral("Primele linii ale declaratiei");
   if (lines_->Rows() > 0) {
+    const QString marked = lines_->ProblemSummary();
     text = QStringLiteral("Primele %1 linii ale declaratiei, asa cum se vor prelua").arg(lines_->Rows());
-    text += marked == 0 ? QStringLiteral("; toate codurile sunt cunoscute")
-                        : QStringLiteral("; valori lipsa sau coduri necunoscute: %1").arg(marked);
+    text += marked.isEmpty() ? QStringLiteral("; nu lipseste nimic si toate codurile sunt cunoscute")
+                             : QStringLiteral(". Lipsesc sau sunt necunoscute: ") + marked;
   }
   line_label_->setText(problem.isEmpty() ? text : problem);
   line_grid_->SetEmptyText(

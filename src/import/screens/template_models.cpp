@@ -26,7 +26,7 @@ std::vector<ui::Column> RowColumns(const std::vector<std::string>& formats) {
     return made;
   };
   std::vector<ui::Column> columns = {
-      column(0, ui::Format::kText, 24, false), column(1, ui::Format::kTick, 6, true),
+      column(0, ui::Format::kText, 22, false), column(1, ui::Format::kTick, 6, true),
       column(2, ui::Format::kWhole, 6, true),  column(3, ui::Format::kText, 14, true),
       column(4, ui::Format::kWhole, 6, true),  column(5, ui::Format::kText, 11, true)};
   columns.back().codes = [list] { return list.get(); };
@@ -143,7 +143,7 @@ QVariant TemplateRowModel::headerData(int section, Qt::Orientation orientation, 
   const QVariant value = GridModel::headerData(section, orientation, role);
   if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return value;
   // These captions are whole sentences over narrow columns.
-  constexpr qsizetype kLine = 20;
+  constexpr qsizetype kLine = 17;
   QString text;
   qsizetype line = 0;
   for (const QString& word : value.toString().split(' ')) {
@@ -237,13 +237,15 @@ bool PreviewModel::Replace(PreviewLines lines) {
   return true;
 }
 
-int PreviewModel::problem_count() const {
-  int count = 0;
-  for (const PreviewLine& line : read_.lines) {
-    count += static_cast<int>(std::count_if(line.problems.begin(), line.problems.end(),
-                                            [](const std::string& problem) { return !problem.empty(); }));
+QString PreviewModel::ProblemSummary() const {
+  QStringList parts;
+  for (std::size_t i = 0; i < shown_.size(); ++i) {
+    const auto count = std::count_if(read_.lines.begin(), read_.lines.end(), [&](const PreviewLine& line) {
+      return !line.problems[At(shown_[i])].empty();
+    });
+    if (count > 0) parts += QStringLiteral("%1 (%2)").arg(columns()[i + 1].caption).arg(count);
   }
-  return count;
+  return parts.join(QStringLiteral(", "));
 }
 
 store::Value PreviewModel::ValueAt(int row, int index) const {

@@ -69,7 +69,7 @@ class PreviewModel : public ui::GridModel {
 
   /// Takes over lines that show the same columns; false where they show others.
   bool Replace(PreviewLines lines);
-  int problem_count() const;
+  QString ProblemSummary() const;  ///< "Mod transp (20), Cod vamal (2)"; empty where all is well
 
   int Rows() const override { return static_cast<int>(read_.lines.size()); }
   store::Value ValueAt(int row, int column) const override;

@@ -109,6 +109,8 @@ TEST_F(ImportScreens, MapsAWorksheetNeverSeenBefore) {
   EXPECT_EQ(columns.PictureAt(0, 0), "") << "the running number is of no use";
   EXPECT_TRUE(
       QTest::qWaitFor([&] { return Label(editor, "LblPrevizualizare").startsWith("Primele 20 linii"); }));
+  EXPECT_TRUE(Label(editor, "LblPrevizualizare").endsWith("Valoare Fiscala (13), Cond livrare (2)"))
+      << Label(editor, "LblPrevizualizare").toStdString();
   const ui::GridModel* lines = GridOf(editor, "GridPrevizualizare").grid_model();
   EXPECT_EQ(lines->TextAt(0, 0), "2");
   EXPECT_EQ(lines->TextAt(0, lines->ColumnOf("Cod_NC")), "84713000");
