@@ -55,5 +55,6 @@ std::vector<Shot> Shots();
 std::vector<Shot> ProgramShots();  ///< what stands around the work: splash, main window, about, lists
 std::vector<Shot> DeclarationShots();
 std::vector<Shot> EditorShots();  ///< of the declaration editor and what it opens
+std::vector<Shot> ImportShots();  ///< templates and the spreadsheet import
 
 }  // namespace screenshots
