@@ -29,7 +29,7 @@ Worksheet ReadThrough(store::Connection& source, std::string_view sheet,
 Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::string_view sheet,
                         std::string_view Nume_Structura);
 
-/// The visible worksheets of a file, without the driver's "$"; none where it cannot be read.
+/// The worksheets of a file, without the driver's "$"; none where it cannot be read.
 std::vector<std::string> SheetNames(session::Session& session, std::string_view path);
 
 /// Connection settings for a worksheet or text source of this installation.

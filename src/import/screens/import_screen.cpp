@@ -33,7 +33,7 @@ Frm_Preluare::Frm_Preluare(ui::Context& screen_context, OpenDeclaration open_dec
       QStringLiteral("&Preia fisierul"), [this] { Run(); }, QStringLiteral("&Inchide"));
   rejected_ = AddCommand(QStringLiteral("CmdRespinse"), QStringLiteral("&Randuri respinse..."),
                          [this] { ShowRejected(); });
-  declaration_ = AddCommand(QStringLiteral("CmdDeclaratie"), QStringLiteral("&Deschide declaratia"), [this] {
+  declaration_ = AddCommand(QStringLiteral("CmdDeclaratie"), QStringLiteral("D&eschide declaratia"), [this] {
     open_declaration_({taken_.tip_operatiune.substr(0, 1), taken_.Cod_Fiscal, taken_.Anul, taken_.Luna},
                       this);
   });
@@ -100,13 +100,10 @@ void Frm_Preluare::AddFields() {
   AddField(QStringLiteral("Nume &Macheta"), template_,
            QStringLiteral("Macheta facuta pentru fisiere de felul acesta; ea da si foaia si operatiunea"));
   required("Nume_Macheta");
-  auto* edit = new QPushButton(ui::Icon(QStringLiteral("macheta")), QStringLiteral("Mac&heta..."), this);
-  edit->setObjectName(QStringLiteral("CmdMacheta"));
-  edit->setToolTip(QStringLiteral("Modifica macheta aleasa, sau face una daca nu este nici una aleasa"));
-  edit->setAutoDefault(false);
-  connect(edit, &QPushButton::clicked, this, [this] { Try([this] { EditTemplate(); }); });
-  edit->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-  AddBeside(edit);
+  AddTemplateCommand("CmdMacheta", QStringLiteral("Mo&difica..."), QStringLiteral("modifica"),
+                     QStringLiteral("Modifica macheta aleasa"), [this] { EditTemplate(); });
+  AddTemplateCommand("CmdMachetaNoua", QStringLiteral("&Noua..."), QStringLiteral("macheta"),
+                     QStringLiteral("Face o macheta pentru fisierul ales"), [this] { NewTemplate(); });
   AddBeside(new QLabel(this));
   operation_ = new QComboBox(this);
   operation_->setObjectName(QStringLiteral("Tip_Operatiune"));
@@ -124,6 +121,17 @@ void Frm_Preluare::AddFields() {
   state_->setWordWrap(true);
   state_->setMinimumHeight(state_->fontMetrics().height() * 2);
   AddWide(state_);
+}
+
+void Frm_Preluare::AddTemplateCommand(const char* name, const QString& caption, const QString& icon,
+                                      const QString& tip, std::function<void()> action) {
+  auto* button = new QPushButton(ui::Icon(icon), caption, this);
+  button->setObjectName(QString::fromLatin1(name));
+  button->setToolTip(tip);
+  button->setAutoDefault(false);
+  button->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+  connect(button, &QPushButton::clicked, this, [this, run = std::move(action)] { Try(run); });
+  AddBeside(button);
 }
 
 void Frm_Preluare::ReadTemplates(const std::string& current) {
@@ -176,9 +184,20 @@ void Frm_Preluare::TakeFile(const std::string& path) {
 }
 
 void Frm_Preluare::EditTemplate() {
-  Frm_Macheta editor(context(), ui::Utf8(template_->currentText()), this, choose_file_);
+  const std::string name = ui::Utf8(template_->currentText());
+  if (name.empty()) return FocusField(QStringLiteral("Nume_Macheta"));
+  Frm_Macheta editor(context(), name, this, choose_file_);
   editor.exec();
   ReadTemplates(editor.Nume_Structura());
+}
+
+void Frm_Preluare::NewTemplate() {
+  Frm_Macheta editor(context(), "", this, choose_file_);
+  const std::string operation = ui::Utf8(operation_->currentText());
+  editor.BeginWith(ui::Utf8(Text(QStringLiteral("Nume_Fisier")).trimmed()),
+                   operation.substr(std::min(operation.find('-') + 1, operation.size())));
+  editor.exec();
+  if (!editor.Nume_Structura().empty()) ReadTemplates(editor.Nume_Structura());
 }
 
 Inputs Frm_Preluare::Typed() const {

@@ -23,6 +23,8 @@ class Frm_Preluare : public ui::Form {
 
  private:
   void AddFields();
+  void AddTemplateCommand(const char* name, const QString& caption, const QString& icon, const QString& tip,
+                          std::function<void()> action);
   Inputs Typed() const;
   void ReadTemplates(const std::string& current);
   /// Folder, worksheet and flow of the chosen template.
@@ -30,6 +32,7 @@ class Frm_Preluare : public ui::Form {
   void ChooseFile();
   void TakeFile(const std::string& path);
   void EditTemplate();
+  void NewTemplate();
   void Run();
   void ShowResult();
   void ShowRejected();

@@ -268,7 +268,17 @@ void Frm_Macheta::ChooseSample() {
   const TemplateHeader& header = draft_.header;
   const std::string path = choose_file_(
       header.SampleExcelFile.empty() ? header.Locatie_Implicita : platform::FolderOf(header.SampleExcelFile));
-  if (path.empty()) return;
+  if (!path.empty()) TakeSample(path);
+}
+
+void Frm_Macheta::BeginWith(const std::string& sample, const std::string& TIP) {
+  SetText(QStringLiteral("TIP"), Q(TIP));
+  if (session().host.files.Exists(sample)) TakeSample(sample);
+}
+
+void Frm_Macheta::TakeSample(const std::string& path) {
+  TakeHeader();
+  const TemplateHeader& header = draft_.header;
   SetText(QStringLiteral("SampleExcelFile"), Q(path));
   if (header.Locatie_Implicita.empty()) {
     SetText(QStringLiteral("Locatie_Implicita"), Q(platform::WithBackslash(platform::FolderOf(path))));

@@ -32,6 +32,9 @@ class Frm_Macheta : public ui::Form {
   Frm_Macheta(ui::Context& context, const std::string& Nume_Structura, QWidget* parent,
               FileChooser choose_file = {});
 
+  /// Begins a new template at a worksheet that waits to be imported.
+  void BeginWith(const std::string& sample, const std::string& TIP);
+
   /// Of the template as it is stored; empty while it is not.
   const std::string& Nume_Structura() const { return stored_name_; }
 
@@ -53,6 +56,7 @@ class Frm_Macheta : public ui::Form {
   void Save();
   void ChooseFolder();
   void ChooseSample();
+  void TakeSample(const std::string& path);
   void ReadColumns(Telling telling);
   void Propose();
   /// The next click on a row gives it this sample column.

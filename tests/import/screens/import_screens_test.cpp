@@ -265,6 +265,17 @@ TEST_F(ImportScreens, AsksForWhatIsMissing) {
   }
   at.Click(screen, "CmdOK");
   EXPECT_EQ(screen.focusWidget()->objectName(), "Anul");
+
+  at.Click(screen, "CmdFisier");
+  at.Get<QComboBox>(screen, "Tip_Operatiune").setCurrentText("I-ACHIZITIE");
+  InModal([&] { at.Click(screen, "CmdMachetaNoua"); },
+          [&](QWidget& editor) {
+            at.Type(editor, "Nume_Structura", "Noua");
+            at.Click(editor, "CmdOK");
+            EXPECT_EQ(Label(editor, "LblColoane"), "Numar coloane in fisierul excel : 18");
+          });
+  EXPECT_EQ(screen.Text("Nume_Macheta"), "Noua");
+  EXPECT_EQ(screen.Text("Sheet_Name"), "Achizitii");
 }
 
 TEST_F(ImportScreens, ListsTheRowsThatWereRefused) {
