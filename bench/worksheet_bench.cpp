@@ -4,7 +4,7 @@
 #include <xlsxwriter.h>
 #include <zip.h>
 
-#include <ctime>
+#include <chrono>
 #include <filesystem>
 
 #include "platform/spreadsheet/table.h"
@@ -154,14 +154,13 @@ class Counter : public CellSink {
   double sum = 0;
 };
 
-// Processor time: other work on the machine does not count.
 template <typename Work>
 double BestOf(const Work& work) {
   double best = 1e9;
-  for (int round = 0; round < 5; ++round) {
-    const std::clock_t start = std::clock();
+  for (int round = 0; round < 9; ++round) {
+    const auto start = std::chrono::steady_clock::now();
     work();
-    best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+    best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
   }
   return best;
 }

@@ -99,6 +99,30 @@ TEST(Xlsx, RefusesWhatIsNoSheetOrDamaged) {
   EXPECT_EQ(Refusal({{"word/document.xml", ""}}).first, Reason::kNotAWorksheet);
 }
 
+TEST(OfficeXml, TakesWhatIsWellFormedOnly) {
+  const auto with = [](const std::string& sheet) {
+    Parts::Map parts = XlsxParts("");
+    parts["xl/worksheets/a.xml"] = sheet;
+    return parts;
+  };
+  const std::string head = "<w><sheetData><row><c t='str'><v>", tail = "</v></c></row></sheetData></w>";
+  const auto text = [&](const std::string& value) { return Cells(with(head + value + tail)).at(0, 0); };
+  const auto refused = [&](const std::string& sheet) { return Refusal(with(sheet)).second; };
+  EXPECT_EQ(text("&#537;&#x21B;&#x1F600;&amp;lt;"), "tșț😀&lt;");
+  EXPECT_EQ(text("a<!-- <v> --><![CDATA[<&]]>b<?x ?>"), "ta<&b");
+  EXPECT_EQ(Cells(with("\xEF\xBB\xBF<?xml version='1.0'?>\n" + head + "x" + tail + "\n")).at(0, 0), "tx");
+  for (const char* value :
+       {"&nbsp;", "&#0;", "&#xD800;", "&#1114112;", "a & b", "\xC3", "\xED\xA0\x80", "</c>"}) {
+    EXPECT_THAT(refused(head + value + tail), HasSubstr("XML gresit la octetul")) << value;
+  }
+  EXPECT_THAT(refused(head + "x" + tail + "<w/>"), HasSubstr("al doilea"));
+  EXPECT_THAT(refused("<w a=1/>"), HasSubstr("ghilimele"));
+  EXPECT_THAT(refused(std::string("\xFF\xFE<\0w\0", 6)), HasSubstr("UTF-8"));
+  const Parts::Map endless = with("<w b='" + std::string(5 << 20, 'x'));
+  EXPECT_THAT(RefusalOf([&] { return OpenPackage(std::make_unique<Parts>(endless, 1 << 18)); }).second,
+              HasSubstr("prea lung"));
+}
+
 TEST(Ods, ReadsEveryKindOfCell) {
   const CellMap cells = Cells(OdsParts(
       "<table:tracked-changes><table:table-cell office:value-type='float' "
