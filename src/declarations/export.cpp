@@ -96,16 +96,22 @@ void WriteItems(session::Session& session, const ExportRequest& request, XmlWrit
 
 }  // namespace
 
+std::string_view ItemView(const Identity& identity, bool detailed) {
+  if (detailed) return "Intrastat_Sursa_Generare_Detaliu";
+  const bool with_partner = !identity.arrivals() && identity.Anul >= 2015;
+  return with_partner ? "Intrastat_Sursa_Generare_O" : "Intrastat_Sursa_Generare";
+}
+
 std::string ItemQuery(const Identity& identity, bool detailed) {
+  const std::string_view view = ItemView(identity, detailed);
   const std::string filter = IdentityFilter(identity);
   if (detailed) {
-    return fmt::format("{},VAT_ID1,Country_VAT_ID FROM Intrastat_Sursa_Generare_Detaliu{}", kItemColumns,
-                       filter);
+    return fmt::format("{},VAT_ID1,Country_VAT_ID FROM {}{}", kItemColumns, view, filter);
   }
-  if (!identity.arrivals() && identity.Anul >= 2015) {
-    return fmt::format("{}, VAT_ID1,Country_VAT_ID FROM Intrastat_Sursa_Generare_O{}", kItemColumns, filter);
+  if (view.ends_with("_O")) {
+    return fmt::format("{}, VAT_ID1,Country_VAT_ID FROM {}{}", kItemColumns, view, filter);
   }
-  return fmt::format("{} FROM Intrastat_Sursa_Generare{} ORDER BY Cod_NC", kItemColumns, filter);
+  return fmt::format("{} FROM {}{} ORDER BY Cod_NC", kItemColumns, view, filter);
 }
 
 CodeVersions ReadCodeVersions(session::Session& session, const Identity& identity) {

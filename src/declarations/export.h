@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "calc/checker.h"
@@ -50,6 +51,8 @@ struct ExportResult {
 ExportResult ExportDeclaration(session::Session& session, ExportRequest& request,
                                const ExportCallbacks& callbacks);
 
+/// The stored view that a declaration's items come from: lines kept apart by partner, or aggregated.
+std::string_view ItemView(const Identity& identity, bool detailed);
 /// The query of a declaration's items, in the file's order: lines one by one, or aggregated.
 std::string ItemQuery(const Identity& identity, bool detailed);
 

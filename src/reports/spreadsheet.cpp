@@ -1,0 +1,214 @@
+#include "reports/spreadsheet.h"
+
+#include <xlsxwriter.h>
+
+#include "platform/encoding.h"
+
+namespace reports {
+namespace {
+
+constexpr std::size_t kLongestText = 32767;   // characters in a cell, by the file format
+constexpr std::size_t kMostRows = 1'048'576;  // of a sheet
+constexpr double kFirstSafeDay = 61;  // 1 March 1900: before it, spreadsheets count one day wrongly
+constexpr char kExporting[] = "Export in Excel";
+
+/// Sheet names have at most 31 characters and none of []:*?/\ .
+std::string SheetName(std::string_view title) {
+  std::string name;
+  for (const char c : title) {
+    if (std::string_view("[]:*?/\\'").find(c) == std::string_view::npos) name += c;
+  }
+  const auto trimmed = [](std::string_view text) {
+    text = platform::Trim(text);
+    while (text.ends_with('-') || text.ends_with(' ')) text.remove_suffix(1);
+    return text;
+  };
+  const std::string_view short_name = trimmed(platform::Utf8Prefix(trimmed(name), 31));
+  return short_name.empty() ? "Raport" : std::string(short_name);
+}
+
+const char* NumberFormat(Format format) {
+  switch (format) {
+    case Format::kWhole:
+      return "#,##0";
+    case Format::kAmount:
+      return "#,##0.00";
+    case Format::kRate:
+      return "#,##0.0000";
+    case Format::kDate:
+      return "dd.mm.yyyy";
+    case Format::kDateTime:
+      return "dd.mm.yyyy hh:mm";
+    default:
+      return nullptr;
+  }
+}
+
+class Writer {
+ public:
+  Writer(const Report& report, lxw_workbook* book)
+      : report_(report),
+        book_(book),
+        sheet_(workbook_add_worksheet(book, SheetName(report.title()).c_str())) {
+    bold_ = NewFormat(Format::kText, true);
+    heading_ = NewFormat(Format::kText, true);
+    format_set_text_wrap(heading_);
+    format_set_bottom(heading_, LXW_BORDER_THIN);
+    format_set_align(heading_, LXW_ALIGN_VERTICAL_TOP);
+    for (const ReportColumn& column : report.columns()) {
+      const Format own = report.table().columns()[static_cast<std::size_t>(column.source)].format;
+      const Format format = column.format == Format::kAsShown ? own : column.format;
+      formats_.push_back(format);
+      plain_.push_back(NewFormat(format, false));
+      sums_.push_back(NewFormat(format, true));
+    }
+  }
+
+  bool Usable() const { return sheet_ != nullptr; }
+
+  void WriteTop() {
+    for (std::size_t c = 0; c < formats_.size(); ++c) {
+      std::size_t widest = platform::Utf8Length(report_.columns()[c].caption) / 2 + 2;
+      for (std::size_t i = 0; i < std::min<std::size_t>(report_.bands().size(), 300); ++i) {
+        widest = std::max(widest, platform::Utf8Length(report_.TextOf(report_.bands()[i], c)) + 1);
+      }
+      worksheet_set_column(sheet_, Column(c), Column(c), static_cast<double>(std::clamp<std::size_t>(widest, 6, 60)),
+                           nullptr);
+    }
+    Text(row_++, 0, report_.title(), bold_);
+    for (const std::string& line : report_.lines()) Text(row_++, 0, line, nullptr);
+    ++row_;
+    for (std::size_t c = 0; c < formats_.size(); ++c) {
+      Text(row_, Column(c), report_.columns()[c].caption, heading_);
+    }
+    worksheet_repeat_rows(sheet_, row_, row_);
+    ++row_;
+    worksheet_freeze_panes(sheet_, row_, 0);
+    if (report_.orientation() == Orientation::kLandscape) worksheet_set_landscape(sheet_);
+    worksheet_set_paper(sheet_, 9);  // A4
+    worksheet_fit_to_pages(sheet_, 1, 0);
+    first_.assign(1, row_);
+  }
+
+  void WriteBand(const Band& band) {
+    switch (band.kind) {
+      case Band::Kind::kGroupHeader:
+        first_.resize(std::max<std::size_t>(first_.size(), band.level + 2u));
+        first_[band.level + 1u] = row_ + 1;
+        Text(row_, 0, report_.CaptionOf(band), bold_);
+        break;
+      case Band::Kind::kCount:
+        Text(row_, 0, report_.CaptionOf(band), bold_);
+        break;
+      case Band::Kind::kDetail:
+        for (std::size_t c = 0; c < formats_.size(); ++c) Cell(band, c);
+        break;
+      case Band::Kind::kGroupTotal:
+        Sums(band, first_[band.level + 1u]);
+        break;
+      case Band::Kind::kGrandTotal:
+        Sums(band, first_[0]);
+        break;
+    }
+    ++row_;
+  }
+
+ private:
+  static lxw_col_t Column(std::size_t index) { return static_cast<lxw_col_t>(index); }
+
+  lxw_format* NewFormat(Format format, bool bold) {
+    lxw_format* made = workbook_add_format(book_);
+    if (const char* number = NumberFormat(format); number != nullptr) format_set_num_format(made, number);
+    if (bold) format_set_bold(made);
+    return made;
+  }
+
+  void Text(lxw_row_t row, lxw_col_t column, const std::string& text, lxw_format* format) {
+    const std::string fitting(platform::Utf8Prefix(text, kLongestText));
+    worksheet_write_string(sheet_, row, column, fitting.c_str(), format);
+  }
+
+  void Cell(const Band& band, std::size_t c) {
+    const store::Value value = report_.ValueOf(band, c);
+    const bool dated = formats_[c] == Format::kDate || formats_[c] == Format::kDateTime;
+    if (value.is_date() && dated && value.ToDate().days >= kFirstSafeDay) {
+      worksheet_write_number(sheet_, row_, Column(c), value.ToDate().days, plain_[c]);
+      return;
+    }
+    const std::string text = report_.TextOf(band, c);
+    const bool number = value.is_number() && !value.is_boolean();
+    // Not where the screen has words for the number.
+    if (number && (IsNumeric(formats_[c]) || text == store::DoubleText(value.ToDouble()))) {
+      worksheet_write_number(sheet_, row_, Column(c), value.ToDouble(), plain_[c]);
+    } else if (!text.empty()) {
+      Text(row_, Column(c), text, nullptr);
+    }
+  }
+
+  /// SUBTOTAL leaves the sums of inner groups out of the outer ones'.
+  void Sums(const Band& band, lxw_row_t first) {
+    bool captioned = false;
+    for (std::size_t c = 0; c < formats_.size(); ++c) {
+      if (!report_.columns()[c].total) {
+        if (!std::exchange(captioned, true)) Text(row_, Column(c), report_.CaptionOf(band), bold_);
+        continue;
+      }
+      char from[LXW_MAX_CELL_NAME_LENGTH], to[LXW_MAX_CELL_NAME_LENGTH];
+      lxw_rowcol_to_cell(from, first, Column(c));
+      lxw_rowcol_to_cell(to, row_ - 1, Column(c));
+      const std::string formula = fmt::format("=SUBTOTAL(9,{}:{})", from, to);
+      worksheet_write_formula_num(sheet_, row_, Column(c), formula.c_str(), sums_[c],
+                                  report_.ValueOf(band, c).ToDouble());
+    }
+  }
+
+  const Report& report_;
+  lxw_workbook* book_;
+  lxw_worksheet* sheet_;
+  lxw_format *bold_, *heading_;
+  std::vector<Format> formats_;
+  std::vector<lxw_format*> plain_, sums_;
+  lxw_row_t row_ = 0;
+  std::vector<lxw_row_t> first_;  ///< row in which the rows of all, then of each open group, begin
+};
+
+}  // namespace
+
+SpreadsheetOutcome WriteSpreadsheet(const Report& report, const std::string& host_file,
+                                    const std::string& host_folder, platform::Progress& progress,
+                                    std::string& reason) {
+  const std::vector<Band>& bands = report.bands();
+  if (bands.size() + report.lines().size() + 3 > kMostRows) return SpreadsheetOutcome::kTooLong;
+  std::string folder = host_folder;
+  lxw_workbook_options options{};
+  options.constant_memory = LXW_TRUE;
+  options.tmpdir = folder.data();
+  const auto release = [](lxw_workbook* book) { lxw_workbook_free(book); };  // given up: nothing is packed
+  std::unique_ptr<lxw_workbook, decltype(release)> book(workbook_new_opt(host_file.c_str(), &options),
+                                                        release);
+  if (book == nullptr) {
+    reason = "memorie insuficienta";
+    return SpreadsheetOutcome::kFailed;
+  }
+  Writer writer(report, book.get());
+  if (!writer.Usable()) {
+    reason = "nume de foaie nevalid";
+    return SpreadsheetOutcome::kFailed;
+  }
+  writer.WriteTop();
+  for (std::size_t i = 0; i < bands.size(); ++i) {
+    if (i % 256 == 0) {
+      progress.Update(kExporting, static_cast<int>(i * 95 / bands.size()));
+      if (progress.Cancelled()) return SpreadsheetOutcome::kCancelled;
+    }
+    writer.WriteBand(bands[i]);
+  }
+  if (const lxw_error error = workbook_close(book.release()); error != LXW_NO_ERROR) {
+    reason = lxw_strerror(error);
+    return SpreadsheetOutcome::kFailed;
+  }
+  progress.Update(kExporting, 100);
+  return SpreadsheetOutcome::kWritten;
+}
+
+}  // namespace reports
