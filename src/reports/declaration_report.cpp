@@ -11,11 +11,6 @@ std::string Today(const session::Session& session) {
   return fmt::format("{:02}.{:02}.{:04}", now.day, now.month, now.year);
 }
 
-store::Recordset RegisterRow(session::Session& session, std::string_view columns) {
-  return session.common.Query(
-      fmt::format("SELECT {} FROM Firme WHERE Cod_Fiscal='{}'", columns, session.current.Cod_Fiscal));
-}
-
 }  // namespace
 
 Placeholders CommonPlaceholders(const session::Session& session) {
@@ -33,15 +28,11 @@ Placeholders DeclarationPlaceholders(session::Session& session, const declaratio
   values["Sens"] = declarations::DeclarationList::DirectionText(identity.TIP);
   values["Vedere"] = declarations::ItemView(identity, false);
   constexpr const char* kContact[] = {"Persoana_Intrastat", "Persoana_Functie", "Tel_Firma", "Email_Firma"};
-  const store::Recordset row =
-      RegisterRow(session, "Persoana_Intrastat, Persoana_Functie, Tel_Firma, Email_Firma");
+  const store::Recordset row = session.common.Query(
+      "SELECT Persoana_Intrastat, Persoana_Functie, Tel_Firma, Email_Firma FROM Firme WHERE Cod_Fiscal='" +
+      session.current.Cod_Fiscal + "'");
   for (const char* field : kContact) values[field] = row.eof() ? "" : row[field].ToText();
   return values;
-}
-
-std::string_view DeclarationReport(session::Session& session) {
-  const store::Recordset row = RegisterRow(session, "Cod_Fiscal, Nume_Firma, XML_Detaliat");
-  return !row.eof() && row["XML_Detaliat"].ToBoolean() ? kDetailed : kAggregated;
 }
 
 Report RunStatement(session::Session& session, const Definition& definition, const std::string& file,

@@ -13,11 +13,9 @@ inline constexpr char kDetailed[] = "Declaratie_Detaliat", kAggregated[] = "Decl
 Placeholders CommonPlaceholders(const session::Session& session);
 
 /// And what those of a declaration may: its identity (TIP, Anul, Luna), Sens ("ACHIZITIE"), the contact
-/// person's fields of the register, and Vedere, the stored view that its file is made of. Throws store::Error.
+/// person's fields of the register, and Vedere, the stored view that its file is made of. Throws
+/// store::Error.
 Placeholders DeclarationPlaceholders(session::Session& session, const declarations::Identity& identity);
-
-/// Lines one by one, or aggregated. Throws store::Error.
-std::string_view DeclarationReport(session::Session& session);
 
 /// The report of a definition that has a statement. Throws ReportError, store::Error.
 Report RunStatement(session::Session& session, const Definition& definition, const std::string& file,

@@ -13,10 +13,9 @@ constexpr int kWidest = 400;  // characters
 
 Format FormatOf(std::string_view text, const std::function<void(const std::string&)>& refuse) {
   static constexpr std::pair<std::string_view, Format> kFormats[] = {
-      {"", Format::kAsShown},          {"##,##0", Format::kWhole},
-      {"##,##0.00", Format::kAmount},  {"##,##0.0000", Format::kRate},
-      {"dd.mm.yyyy", Format::kDate},   {"dd.mm.yyyy hh:mm", Format::kDateTime},
-      {"text", Format::kText},         {"da/nu", Format::kTick}};
+      {"", Format::kAsShown},         {"##,##0", Format::kWhole},    {"##,##0.00", Format::kAmount},
+      {"##,##0.0000", Format::kRate}, {"dd.mm.yyyy", Format::kDate}, {"dd.mm.yyyy hh:mm", Format::kDateTime},
+      {"text", Format::kText},        {"da/nu", Format::kTick}};
   for (const auto& [name, format] : kFormats) {
     if (text == name) return format;
   }

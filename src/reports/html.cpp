@@ -66,10 +66,10 @@ std::string Html(const Report& report, const Footer& footer) {
   const bool landscape = report.orientation() == Orientation::kLandscape;
   std::string style = kStyle;
   style.replace(style.find("%s"), 2, landscape ? "landscape" : "portrait");
-  std::string page =
-      fmt::format("<!DOCTYPE html>\r\n<html lang=\"ro\"><head><meta charset=\"utf-8\"><title>{0}</title>"
-                  "<style>{1}</style></head><body>\r\n<h1>{0}</h1>\r\n",
-                  Escaped(report.title()), style);
+  std::string page = fmt::format(
+      "<!DOCTYPE html>\r\n<html lang=\"ro\"><head><meta charset=\"utf-8\"><title>{0}</title>"
+      "<style>{1}</style></head><body>\r\n<h1>{0}</h1>\r\n",
+      Escaped(report.title()), style);
   for (const std::string& line : report.lines()) page += "<p>" + Escaped(line) + "</p>\r\n";
   page += "<table><thead><tr>";
   for (const ReportColumn& column : report.columns()) page += Cell("th", column.alignment, column.caption);

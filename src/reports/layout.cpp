@@ -74,10 +74,11 @@ std::vector<std::string_view> Wrap(std::string_view text, const FontTable& font,
   return lines;
 }
 
-Layout::Layout(const Report& report, const Fonts& fonts, PageSize page, Footer footer)
+Layout::Layout(const Report& report, const Fonts& fonts, PageSize page, Footer footer,
+               Orientation orientation)
     : report_(&report), fonts_(&fonts), page_(page), footer_(std::move(footer)) {
   MeasureColumns();
-  ChoosePage();
+  ChoosePage(orientation);
   ChooseFont();
   FitColumns();
   BreakNextPage();
@@ -109,8 +110,8 @@ void Layout::MeasureColumns() {
     Measure measure;
     measure.least = longest_word;
     // A heading of several words takes several lines before its column grows.
-    measure.natural = std::max(widest, column.width > 0 ? longest_word
-                                                        : fonts_->bold.Width(column.caption, 1));
+    measure.natural =
+        std::max(widest, column.width > 0 ? longest_word : fonts_->bold.Width(column.caption, 1));
     measure.wanted = std::max(longest_word, text_column ? std::min(widest, readable) : widest);
     measures_.push_back(measure);
   }
@@ -122,11 +123,11 @@ double Layout::Needed(double Measure::*measure, double size) const {
   return sum;
 }
 
-void Layout::ChoosePage() {
+void Layout::ChoosePage(Orientation orientation) {
   const double narrow = std::min(page_.width, page_.height), wide = std::max(page_.width, page_.height);
   bool landscape = page_.width > page_.height;
-  if (report_->orientation() != Orientation::kAuto) {
-    landscape = report_->orientation() == Orientation::kLandscape;
+  if (orientation != Orientation::kAuto) {
+    landscape = orientation == Orientation::kLandscape;
   } else if (Needed(&Measure::wanted, kSizes[0]) > room()) {
     landscape = true;
   }
@@ -177,8 +178,8 @@ void Layout::FitColumns() {
 
 double Layout::TitleHeight() const {
   const double lines = static_cast<double>(report_->lines().size());
-  const double title = static_cast<double>(
-      Wrap(report_->title(), fonts_->bold, kSizes[0] * kTitleFactor, room() - 70).size());
+  const double title =
+      static_cast<double>(Wrap(report_->title(), fonts_->bold, kSizes[0] * kTitleFactor, room() - 70).size());
   return (title * kTitleFactor + lines) * fonts_->plain.height * kSizes[0] + 10;
 }
 
@@ -237,12 +238,12 @@ void Layout::BreakNextPage() {
   double y = page_.margin + (pages_.empty() ? TitleHeight() : 0) + HeadHeight();
   if (page.first < bands.size()) {
     const Band& next = bands[page.first];
-    const std::size_t kept = IsHeader(next)                            ? next.level
+    const std::size_t kept = IsHeader(next)                         ? next.level
                              : next.kind == Band::Kind::kGroupTotal ? next.level + 1u
                              : next.kind == Band::Kind::kDetail     ? open_.size()
                                                                     : 0;
-    page.continued.assign(open_.begin(), open_.begin() + static_cast<std::ptrdiff_t>(
-                                                             std::min(kept, open_.size())));
+    page.continued.assign(open_.begin(),
+                          open_.begin() + static_cast<std::ptrdiff_t>(std::min(kept, open_.size())));
     for (const std::size_t header : page.continued) y += BandHeight(bands[header]);
   }
   const double limit = page_.height - page_.margin - FootHeight();

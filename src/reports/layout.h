@@ -15,8 +15,8 @@ struct FontTable {
   static constexpr std::size_t kLetters = 0x250;  ///< to the end of Latin Extended-B
 
   std::array<float, kLetters> advance{};
-  float other = 1;    ///< any letter beyond the table
-  float height = 1;   ///< of a line
+  float other = 1;     ///< any letter beyond the table
+  float height = 1;    ///< of a line
   float ascent = .8f;  ///< baseline below the line's top
 
   double Width(std::string_view utf8, double points) const;
@@ -65,8 +65,8 @@ struct PageContent {
 /// can be shown before the last is known.
 class Layout {
  public:
-  /// The report and the fonts must outlive the layout. An orientation of the report's own turns the page.
-  Layout(const Report& report, const Fonts& fonts, PageSize page, Footer footer);
+  /// The report and the fonts must outlive the layout. kAuto turns the page where the columns need it.
+  Layout(const Report& report, const Fonts& fonts, PageSize page, Footer footer, Orientation orientation);
 
   const PageSize& page() const { return page_; }
   double font_size() const { return size_; }
@@ -85,15 +85,15 @@ class Layout {
 
  private:
   struct PageStart {
-    std::size_t first = 0, end = 0;          ///< bands
-    std::vector<std::size_t> continued;      ///< group headers repeated on top
+    std::size_t first = 0, end = 0;      ///< bands
+    std::vector<std::size_t> continued;  ///< group headers repeated on top
   };
   struct Measure {
     double natural = 0, wanted = 0, least = 0;  ///< at one point's size, without padding
   };
 
   void MeasureColumns();
-  void ChoosePage();
+  void ChoosePage(Orientation orientation);
   void ChooseFont();
   void FitColumns();
   double Needed(double Measure::*measure, double size) const;

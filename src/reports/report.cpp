@@ -93,7 +93,7 @@ void Report::ResolveColumns(const Definition& definition) {
       if (found == placeholders_.end() || found->second != column.only.substr(equals + 1)) continue;
     }
     if (column.field == "*") {
-      for (std::size_t i = 0; i < table_->columns().size(); ++i) add(column, static_cast<int>(i));
+      for (int i = 0; i < table_->visible_columns(); ++i) add(column, i);
       continue;
     }
     const int source = table_->ColumnOf(column.field);
@@ -146,8 +146,8 @@ void Report::MakeBands(const Definition& definition) {
 
   const auto total = [&](Band::Kind kind, std::size_t level, int from, int to) {
     totals_.push_back(std::exchange(sums[level], zero));
-    bands_.push_back({kind, static_cast<std::uint8_t>(level), from, to - from,
-                      static_cast<int>(totals_.size()) - 1});
+    bands_.push_back(
+        {kind, static_cast<std::uint8_t>(level), from, to - from, static_cast<int>(totals_.size()) - 1});
   };
   const auto close_from = [&](std::size_t level, int row) {
     for (std::size_t i = depth; i-- > level;) {

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kLongestText = 32767;   // characters in a cell, by the file format
 constexpr std::size_t kMostRows = 1'048'576;  // of a sheet
-constexpr double kFirstSafeDay = 61;  // 1 March 1900: before it, spreadsheets count one day wrongly
+constexpr double kFirstSafeDay = 61;          // 1 March 1900: before it, spreadsheets count one day wrongly
 constexpr char kExporting[] = "Export in Excel";
 
 /// Sheet names have at most 31 characters and none of []:*?/\ .
@@ -72,8 +72,8 @@ class Writer {
       for (std::size_t i = 0; i < std::min<std::size_t>(report_.bands().size(), 300); ++i) {
         widest = std::max(widest, platform::Utf8Length(report_.TextOf(report_.bands()[i], c)) + 1);
       }
-      worksheet_set_column(sheet_, Column(c), Column(c), static_cast<double>(std::clamp<std::size_t>(widest, 6, 60)),
-                           nullptr);
+      worksheet_set_column(sheet_, Column(c), Column(c),
+                           static_cast<double>(std::clamp<std::size_t>(widest, 6, 60)), nullptr);
     }
     Text(row_++, 0, report_.title(), bold_);
     for (const std::string& line : report_.lines()) Text(row_++, 0, line, nullptr);

@@ -26,6 +26,8 @@ class Table {
   const std::vector<Column>& columns() const { return columns_; }
   int ColumnOf(std::string_view field) const;  ///< without regard to case; "#1" the first; -1
 
+  /// The first ones, which the user sees; any other can be named all the same.
+  virtual int visible_columns() const { return static_cast<int>(columns_.size()); }
   virtual int rows() const = 0;
   virtual store::Value ValueAt(int row, int column) const = 0;
   /// A cell on one line, blanks drawn together.
