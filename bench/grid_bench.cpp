@@ -152,9 +152,5 @@ int main(int argc, char** argv) {
   grid.selectAll();
   Report("copying all cells", Milliseconds([&] { grid.SelectedText(); }));
   Report("writing the spreadsheet", Milliseconds([&] { list->SaveSpreadsheet("C:\\Bench\\lista.xlsx"); }));
-  Report("writing a PDF of 2,000 lines", Milliseconds([&] {
-           static_cast<ui::RecordsetModel*>(grid.grid_model())->SetFilter("[Record_ID] <= 2000");
-           list->SavePdf("C:\\Bench\\lista.pdf");
-         }));
   return 0;
 }

@@ -6,8 +6,11 @@
 
 #include "session/session.h"
 
+class QWidget;
+
 namespace ui {
 
+struct GridContent;
 class ScreenMemory;
 
 /// What every screen works with. One per program, outliving all screens.
@@ -21,6 +24,8 @@ struct Context {
   std::function<void(std::string_view screen)> open_manual;
   /// Opens a page of the help folder beside the program ("incoterms.html"); false where that failed.
   std::function<bool(std::string_view page)> open_help = {};
+  /// Shows a list as a report: preview, print, export.
+  std::function<void(const GridContent& content, QWidget* parent)> preview_list = {};
 };
 
 }  // namespace ui

@@ -41,6 +41,25 @@ bool MailWithAttachment(const QString& host_path) {
 #endif
 }
 
+std::string AskForFile(Screen* screen, const QString& title, const QString& caption, const QString& filter,
+                       const QString& extension) {
+  session::Session& session = screen->session();
+  platform::Files& files = session.host.files;
+  QString name;
+  for (const QChar c : title) name += QStringLiteral("\\/:*?\"<>|").contains(c) ? QChar(' ') : c;
+  name = name.trimmed();
+  while (name.endsWith('-') || name.endsWith(' ')) name.chop(1);
+  std::string folder = session.settings.DirectorSalvare;
+  if (folder == "\\" || !files.FolderExists(folder)) {
+    folder = files.drives().FromHost(std::filesystem::path(QDir::homePath().toStdU16String())) + "\\";
+  }
+  const QString start = QString::fromStdU16String(files.ToHost(folder + Utf8(name + extension)).u16string());
+  QString chosen = QFileDialog::getSaveFileName(screen, caption, start, filter);
+  if (chosen.isEmpty()) return {};
+  if (!chosen.endsWith(extension, Qt::CaseInsensitive)) chosen += extension;
+  return files.drives().FromHost(std::filesystem::path(chosen.toStdU16String()));
+}
+
 Frm_Fisier_Optiuni::Frm_Fisier_Optiuni(Context& screen_context, const std::string& windows_path,
                                        QWidget* parent)
     : Screen(screen_context, QStringLiteral("Frm_Fisier_Optiuni"), parent), path_(windows_path) {

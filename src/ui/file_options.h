@@ -25,6 +25,11 @@ class Frm_Fisier_Optiuni : public Screen {
   QLabel* status_;
 };
 
+/// Asks where to write a file: a name made of the title, in the folder that the settings name for saving.
+/// Windows path; empty where the user gives up.
+std::string AskForFile(Screen* screen, const QString& title, const QString& caption, const QString& filter,
+                       const QString& extension);
+
 /// Opens the user's mail program on a new message with the file attached; false where this host has no way
 /// to.
 bool MailWithAttachment(const QString& host_path);

@@ -1,11 +1,8 @@
 #include "ui/list_screen.h"
 
-#include <QFileDialog>
-#include <QMenu>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QSplitter>
 
+#include "ui/file_options.h"
 #include "ui/grid_export.h"
 #include "ui/icons.h"
 #include "ui/text.h"
@@ -190,23 +187,6 @@ TotalsRow* ListScreen::totals_row() {
   return totals_row_;
 }
 
-std::string ListScreen::AskForFile(const QString& title, const QString& caption, const QString& filter,
-                                   const QString& extension) {
-  platform::Files& files = session().host.files;
-  QString name;
-  for (const QChar c : title) name += QStringLiteral("\\/:*?\"<>|").contains(c) ? QChar(' ') : c;
-  while (name.endsWith('-') || name.endsWith(' ')) name.chop(1);
-  std::string folder = session().settings.DirectorSalvare;
-  if (folder == "\\" || !files.FolderExists(folder)) {
-    folder = files.drives().FromHost(std::filesystem::path(QDir::homePath().toStdU16String())) + "\\";
-  }
-  const QString start = QString::fromStdU16String(files.ToHost(folder + Utf8(name + extension)).u16string());
-  QString chosen = QFileDialog::getSaveFileName(this, caption, start, filter);
-  if (chosen.isEmpty()) return {};
-  if (!chosen.endsWith(extension, Qt::CaseInsensitive)) chosen += extension;
-  return files.drives().FromHost(std::filesystem::path(chosen.toStdU16String()));
-}
-
 bool ListScreen::SaveSpreadsheet(const std::string& windows_path) {
   if (grid_->grid_model() == nullptr) return false;
   const GridContent content{grid_->grid_model(), grid_->visible_columns(), windowTitle()};
@@ -216,54 +196,18 @@ bool ListScreen::SaveSpreadsheet(const std::string& windows_path) {
 }
 
 void ListScreen::ExportSpreadsheet() {
-  const std::string path = AskForFile(windowTitle(), QStringLiteral("Export in Excel"),
+  const std::string path = AskForFile(this, windowTitle(), QStringLiteral("Export in Excel"),
                                       QStringLiteral("Excel (*.xlsx)"), QStringLiteral(".xlsx"));
   if (!path.empty()) SaveSpreadsheet(path);
 }
 
-bool ListScreen::PrintTo(QPrinter& printer) {
-  return grid_->grid_model() != nullptr && PrintTo(printer, ReportContent());
-}
-
-bool ListScreen::PrintTo(QPrinter& printer, const GridContent& content) {
-  if (!PrintGrid(session(), content, printer)) return false;
-  ShowStatus(QStringLiteral("Trimis la imprimanta"));
-  return true;
-}
-
-bool ListScreen::SavePdf(const std::string& windows_path) {
-  return grid_->grid_model() != nullptr && SavePdf(windows_path, ReportContent());
-}
-
-bool ListScreen::SavePdf(const std::string& windows_path, const GridContent& content) {
-  if (!WritePdf(session(), content, windows_path)) return false;
-  ShowFile(windows_path);
-  return true;
-}
-
 void ListScreen::Print() {
-  if (grid_->grid_model() != nullptr) Print(ReportContent());
+  if (grid_->grid_model() == nullptr) return;
+  Print({grid_->grid_model(), grid_->visible_columns(), report_title_, report_});
 }
 
 void ListScreen::Print(const GridContent& content) {
-  QMenu menu(this);
-  const QAction* to_printer =
-      menu.addAction(Icon(QStringLiteral("tipareste")), QStringLiteral("&Imprimanta..."));
-  const QAction* to_file = menu.addAction(Icon(QStringLiteral("pdf")), QStringLiteral("Fisier &PDF..."));
-  menu.setActiveAction(menu.actions().front());
-  const auto* button = findChild<QPushButton*>(QStringLiteral("CmdTiparire"));
-  const QWidget* below = button != nullptr ? static_cast<const QWidget*>(button) : commands_;
-  const QAction* chosen = menu.exec(below->mapToGlobal(below->rect().bottomLeft()));
-  if (chosen == to_printer) {
-    QPrinter printer(QPrinter::HighResolution);
-    QPrintDialog dialog(&printer, this);
-    if (dialog.exec() == QDialog::Accepted) PrintTo(printer, content);
-  } else if (chosen == to_file) {
-    const std::string path =
-        AskForFile(content.title == report_title_ ? windowTitle() : content.title,
-                   QStringLiteral("Salvare PDF"), QStringLiteral("PDF (*.pdf)"), QStringLiteral(".pdf"));
-    if (!path.empty()) SavePdf(path, content);
-  }
+  if (context().preview_list) context().preview_list(content, this);
 }
 
 }  // namespace ui

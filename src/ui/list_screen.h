@@ -9,7 +9,6 @@
 
 class QHBoxLayout;
 class QLabel;
-class QPrinter;
 class QVBoxLayout;
 
 namespace ui {
@@ -55,6 +54,10 @@ class ListScreen : public Screen {
   /// For a list whose contents change their name.
   void SetReportTitle(const QString& title) { report_title_ = title; }
 
+  /// The list's report in the report definitions; without it the one whose title is the print's, else a plain
+  /// one.
+  void SetReport(std::string report) { report_ = std::move(report); }
+
   /// Does not own the model.
   void SetModel(GridModel* model);
   /// "  Total Inregistrari :  " by default; the count is put after it.
@@ -70,26 +73,17 @@ class ListScreen : public Screen {
   /// Totals under the columns; made at the first call.
   TotalsRow* totals_row();
 
-  /// Asks where to: a printer or a PDF file.
+  /// Previews the list as a report.
   void Print();
   /// The same for what is not the list itself.
   void Print(const GridContent& content);
-  bool PrintTo(QPrinter& printer);
-  bool SavePdf(const std::string& windows_path);
   /// Asks for the file.
   void ExportSpreadsheet();
   bool SaveSpreadsheet(const std::string& windows_path);
 
  private:
-  /// A file name made of the title, in the folder that the settings name for saving; empty where the user
-  /// gives up.
-  std::string AskForFile(const QString& title, const QString& caption, const QString& filter,
-                         const QString& extension);
   /// Tells what was written, with a link that opens it.
   void ShowFile(const std::string& windows_path);
-  bool PrintTo(QPrinter& printer, const GridContent& content);
-  bool SavePdf(const std::string& windows_path, const GridContent& content);
-  GridContent ReportContent() { return {grid_->grid_model(), grid_->visible_columns(), report_title_}; }
 
   CommandRow* commands_ = nullptr;
   Grid* grid_ = nullptr;
@@ -102,6 +96,7 @@ class ListScreen : public Screen {
   QLabel* search_text_ = nullptr;
   QVBoxLayout* middle_ = nullptr;
   TotalsRow* totals_row_ = nullptr;
+  std::string report_;
   std::string written_;  ///< Windows path behind the status line's link
   QString count_caption_, report_title_;
 };

@@ -31,7 +31,7 @@ class Reader : public Screen {
   void OnLineActivated(std::function<void(int line)> handler);
   void ShowStatus(const QString& text);
 
-  void Print();
+  virtual void Print();
   bool WritePdf(const std::string& windows_path);
 
  protected:

@@ -16,6 +16,7 @@
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
 #include "platform/download/download.h"
+#include "reports/screens/preview.h"
 #include "ui/grid.h"
 #include "ui/progress.h"
 #include "ui/text.h"
@@ -36,10 +37,15 @@ Desktop::Desktop(session::Session& session, std::string program_folder)
     : session_(&session),
       program_folder_(std::move(program_folder)),
       memory_(session.host.files, platform::FolderOf(session.settings_file), session.user_name),
-      context_{session, memory_, [this](std::string_view path) { return OpenDocument(path); },
+      context_{session,
+               memory_,
+               [this](std::string_view path) { return OpenDocument(path); },
                [this](std::string_view screen) { OpenManualAt(screen); },
                [this](std::string_view page) {
                  return OpenDocument(program_folder_ + "Help\\" + std::string(page));
+               },
+               [this](const ui::GridContent& content, QWidget* parent) {
+                 reports::PreviewList(context_, content, parent);
                }},
       commands_(session),
       program_commands_(session, *this, program_folder_),

@@ -50,36 +50,12 @@ TEST_F(Export, FailingAndCancelledRunsLeaveTheEarlierFile) {
   at.at.machine.progress.cancelled = true;
   at.at.prompter().ExpectInfo("Exportul a fost oprit; fisierul nu a fost scris");
   EXPECT_FALSE(ui::WriteSpreadsheet(at.at.session, Content(), kBook));
-  at.at.prompter().ExpectInfo("Tiparirea a fost oprita");
-  EXPECT_FALSE(ui::WritePdf(at.at.session, Content(), kBook));
   at.at.machine.progress.cancelled = false;
   at.at.files().refuses = [](std::string_view path) { return path == kBook; };
   at.at.prompter().AcceptAnything(true);
   EXPECT_FALSE(ui::WriteSpreadsheet(at.at.session, Content(), kBook));
-  EXPECT_FALSE(ui::WritePdf(at.at.session, Content(), kBook));
   EXPECT_THAT(at.at.prompter().seen().back(), testing::HasSubstr(kBook));
   EXPECT_EQ(at.at.files().Read(kBook), "vechi");
-}
-
-TEST_F(Export, LongTextsWrapOverPages) {
-  store::Transaction lines(at.at.session.company);
-  for (int i = 0; i < 300; ++i) {
-    at.at.Run(fmt::format("INSERT INTO Proba (Descriere, Valoare) VALUES ('Rand lung {}', {})", i, i));
-  }
-  lines.Commit();
-  model.SetRows(at.at.session.company.Query(
-      "SELECT ID, Data, Descriere & ' ' & Descriere & ' ' & Descriere & ' ' & Descriere & ' ' & Descriere & "
-      "' ' & "
-      "Descriere & ' ' & Descriere & ' ' & Descriere AS Descriere, Cod, Valoare, Bifa FROM Proba"));
-  ASSERT_TRUE(ui::WritePdf(at.at.session, Content(), "C:\\Declarix\\lista.pdf"));
-  const std::string pdf = at.at.files().Read("C:\\Declarix\\lista.pdf");
-  EXPECT_TRUE(pdf.starts_with("%PDF-"));
-  // One object a page: 305 lines do not fit on fewer than five.
-  std::size_t pages = 0;
-  for (std::size_t i = pdf.find("/Type /Page\n"); i != std::string::npos;
-       i = pdf.find("/Type /Page\n", i + 1))
-    ++pages;
-  EXPECT_GE(pages, 5u);
 }
 
 }  // namespace
