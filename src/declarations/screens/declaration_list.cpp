@@ -4,8 +4,8 @@
 #include <QMenu>
 #include <QShortcut>
 
-#include "declarations/list/printed_declaration.h"
 #include "declarations/screens/add_declaration.h"
+#include "reports/screens/preview.h"
 #include "ui/icons.h"
 #include "ui/memory.h"
 #include "ui/text.h"
@@ -26,19 +26,6 @@ std::vector<ui::Column> GridColumns() {
     column.caption = Q(each.caption);
     column.format = ui::FormatByText(each.format);
     column.width = each.field == "TIP" ? 15 : column.format == ui::Format::kAmount ? 16 : 7;
-    columns.push_back(std::move(column));
-  }
-  return columns;
-}
-
-std::vector<ui::Column> GridColumns(const PrintedDeclaration& printed) {
-  std::vector<ui::Column> columns;
-  for (const PrintedDeclaration::Column& each : printed.columns) {
-    ui::Column column;
-    column.field = each.field;
-    column.caption = Q(each.caption);
-    column.format = each.format == "dd.mm.yyyy" ? ui::Format::kDate : ui::FormatByText(each.format);
-    column.width = each.width;
     columns.push_back(std::move(column));
   }
   return columns;
@@ -260,11 +247,7 @@ void Frm_Intrastat_Lista::PrintDeclaration() {
   const int row = current_row();
   const std::optional<PrintCompany> company = list_.Print(row);
   if (!company) return;
-  const PrintedDeclaration printed = ReadPrinted(session(), *list_.Selected(row), *company);
-  ui::RecordsetModel model(GridColumns(printed), printed.rows);
-  std::vector<int> columns(printed.columns.size());
-  std::iota(columns.begin(), columns.end(), 0);
-  Print({&model, std::move(columns), Q(printed.title)});
+  reports::PreviewDeclaration(context(), *list_.Selected(row), company->XML_Detaliat, this);
 }
 
 int Frm_Intrastat_Lista::lookup_column() const {

@@ -8,6 +8,7 @@
 
 #include "calc/checker.h"
 #include "declarations/list/declaration_list.h"
+#include "reports/screens/preview.h"
 #include "ui/list_screen.h"
 #include "ui/text.h"
 
@@ -82,6 +83,8 @@ void Frm_Intrastat_Probleme::Next() {
 void Frm_Intrastat_Probleme::Previous() {
   if (problem_count() > 0) GoTo(current_ <= 0 ? problem_count() - 1 : current_ - 1);
 }
+
+void Frm_Intrastat_Probleme::Print() { reports::PreviewProblems(context(), identity_, problems_, this); }
 
 void Frm_Intrastat_Probleme::GoTo(int problem) {
   if (problem < 0) return;

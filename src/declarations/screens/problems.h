@@ -28,6 +28,8 @@ class Frm_Intrastat_Probleme : public ui::Reader {
 
   void Next();
   void Previous();
+  /// As a report, with the lines' invoices and codes.
+  void Print() override;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

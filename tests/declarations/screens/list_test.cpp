@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QTimer>
 
-#include "declarations/list/printed_declaration.h"
 #include "declarations/screens/declaration_list.h"
 #include "support/qt/mnemonics.h"
 #include "support/qt/screen_fixture.h"
@@ -165,27 +164,19 @@ TEST_F(ListScreenTest, NamesANewDeclarationAndGoesToIt) {
   EXPECT_EQ(Current(), "ACHIZITIE 2026 2");
 }
 
-TEST_F(ListScreenTest, PrintsLinesOneByOneOrAggregated) {
-  const auto read = [this](const char* TIP, bool detailed) {
-    return ReadPrinted(session(), {TIP, "RO123456", 2026, 1}, {"RO123456", "PROBA SRL", detailed});
-  };
-  const PrintedDeclaration lines = read("I", true), items = read("I", false);
-  EXPECT_EQ(lines.title, "DECLARATIE INTRASTAT - ACHIZITIE 2026 / 1 - PROBA SRL - RO123456");
-  EXPECT_EQ(lines.rows.record_count(), 2);
-  EXPECT_EQ(items.rows.record_count(), 1);
-  EXPECT_EQ(items.rows["Val_Fiscala1"].ToDouble(), 200);
-  const auto fields = [](const PrintedDeclaration& printed) {
-    std::string text;
-    for (const auto& column : printed.columns) text += column.field + ' ';
-    return text;
-  };
-  EXPECT_EQ(fields(read("O", false)),
-            "Cod_NC Descriere1 Val_Fiscala1 Val_Stat1 Net1 Val_UMS1 Cod_UMS Tara_Orig Tara_Dest Nat_Tranz "
-            "Incoterms Mod_Transp Country_VAT_ID VAT_ID1 ");
-  EXPECT_EQ(
-      fields(lines),
-      "Factura_Numar Factura_Data Cod_NC Descriere Valoare_Valuta Moneda Val_Fiscala Val_Stat Net Val_UMS "
-      "Cod_UMS Tara_Orig Tara_Exp Nat_Tranz Incoterms Mod_Transp VAT_ID ");
+TEST_F(ListScreenTest, PreviewsTheSelectedDeclarationAsTheCompanyFilesIt) {
+  session().common.Execute("UPDATE Firme SET XML_Detaliat=TRUE WHERE Cod_Fiscal='RO123456'");
+  QString title, kind;
+  QTimer::singleShot(0, [&] {
+    QWidget* preview = QApplication::activeModalWidget();
+    ASSERT_NE(preview, nullptr);
+    title = preview->windowTitle();
+    kind = ScreenFixture::Get<QComboBox>(*preview, "Combo_Raport").currentText();
+    preview->close();
+  });
+  ScreenFixture::Click(*screen_, "CmdTiparire");
+  EXPECT_TRUE(title.startsWith("DECLARATIE INTRASTAT - ")) << title.toStdString();
+  EXPECT_EQ(kind, "Linie cu linie");
 }
 
 }  // namespace
