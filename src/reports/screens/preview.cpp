@@ -61,7 +61,7 @@ class GridTable : public Table {
   }
 
   int visible_columns() const override { return visible_; }
-  int rows() const override { return model_->Rows(); }
+  int rows() const override { return model_->DataRows(); }
   store::Value ValueAt(int row, int column) const override {
     return model_->ValueAt(row, shown_[static_cast<std::size_t>(column)]);
   }
