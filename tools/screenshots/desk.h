@@ -56,5 +56,6 @@ std::vector<Shot> ProgramShots();  ///< what stands around the work: splash, mai
 std::vector<Shot> DeclarationShots();
 std::vector<Shot> EditorShots();  ///< of the declaration editor and what it opens
 std::vector<Shot> ImportShots();  ///< templates and the spreadsheet import
+std::vector<Shot> TariffShots();
 
 }  // namespace screenshots

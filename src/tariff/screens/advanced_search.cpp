@@ -24,7 +24,7 @@ std::vector<ui::Column> TariffColumns() {
       {.field = "HS12_COD", .caption = QStringLiteral("Cod vamal"), .width = 13},
       {.field = "DATE_START", .caption = QStringLiteral("Data"), .format = ui::Format::kDate, .width = 10},
       {.field = "UM_SUPL", .caption = QStringLiteral("UM"), .width = 7},
-      {.field = "DESCRIERE", .caption = QStringLiteral("Descriere"), .width = 40}};
+      {.field = "DESCRIERE", .caption = QStringLiteral("Descriere"), .width = 28}};
 }
 
 std::vector<ui::Column> DeclarationColumns() {

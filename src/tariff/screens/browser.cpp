@@ -23,7 +23,7 @@ std::vector<ui::Column> ColumnsOf(const Level& level) {
     if (heading.empty()) continue;
     ui::Column column;
     column.caption = Q(heading);
-    column.width = heading == "DESCRIERE" ? 70 : heading == "COD 12" ? 16 : 10;
+    column.width = heading == "DESCRIERE" ? 52 : heading == "COD 12" ? 16 : 10;
     columns.push_back(std::move(column));
   }
   if (HasNotes(level)) {
@@ -49,8 +49,8 @@ Frm_Tarif::Frm_Tarif(ui::Context& screen_context, const Level& level, QWidget* p
       QStringLiteral("CmdNivelSus"), QStringLiteral("Nivel &sus"), QStringLiteral("nivel-sus"),
       [this] { GoUp(); }, QKeySequence(Qt::Key_Backspace));
   commands()->Add(
-      QStringLiteral("CmdToate"), QStringLiteral("Arata t&oate"), QStringLiteral("toate"),
-      [this] { ShowAll(); }, QKeySequence(Qt::Key_F5));
+      QStringLiteral("CmdToate"), QStringLiteral("T&oate"), QStringLiteral("toate"), [this] { ShowAll(); },
+      QKeySequence(Qt::Key_F5));
   commands()->AddSeparator();
   AddFindCommand(*this, {[this] { return FindIn(*this, session().tariff, view_.select); },
                          [this](const std::string& select, const store::Recordset& rows) {
@@ -69,7 +69,7 @@ Frm_Tarif::Frm_Tarif(ui::Context& screen_context, const Level& level, QWidget* p
   note_ = new QTextBrowser(this);
   note_->setObjectName(QStringLiteral("Note"));
   note_->setTabChangesFocus(true);
-  AddBelowGrid(note_, 160);
+  AddBelowGrid(note_, 110);
   connect(grid(), &ui::Grid::Activated, this, [this] { Try([this] { DrillDown(); }); });
   connect(grid(), &ui::Grid::CurrentRowChanged, this, [this] { ShowNote(); });
 
@@ -88,7 +88,7 @@ void Frm_Tarif::Show(View view, const store::Recordset& rows) {
   link_->setVisible(!level.link.empty());
   up_->setEnabled(!steps_.empty() || LevelAbove(level) != nullptr);
   grid()->SetEmptyText(
-      narrowed ? QStringLiteral("Niciun rand aici. \"Arata toate\" arata din nou intregul nivel.")
+      narrowed ? QStringLiteral("Niciun rand aici. \"Toate\" arata din nou intregul nivel.")
                : QStringLiteral("Aici apar randurile tarifului. Tariful deschis este gol: \"Versiuni...\" "
                                 "incarca nomenclatorul unui an."));
   if (same_level) {

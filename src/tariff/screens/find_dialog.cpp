@@ -107,7 +107,7 @@ void Frm_Cautare::Find() {
 
 QPushButton* AddFindCommand(ui::ListScreen& list, FindCommands commands) {
   return list.commands()->Add(
-      QStringLiteral("CmdExpresie"), QStringLiteral("Ca&uta expresia..."), QStringLiteral("filtreaza"),
+      QStringLiteral("CmdExpresie"), QStringLiteral("&Gaseste..."), QStringLiteral("filtreaza"),
       [&list, run = std::move(commands)] {
         Frm_Cautare dialog(list.context(), run.request(), &list);
         if (dialog.exec() != QDialog::Accepted) return;

@@ -30,7 +30,7 @@ Frm_Tabel::Frm_Tabel(ui::Context& context, const ReferenceTable& table, QWidget*
                  {[this] { return FindIn(*this, session().common, select_); },
                   [this](const std::string& select, const store::Recordset& rows) { Show(select, rows); }});
   commands()->Add(
-      QStringLiteral("CmdToate"), QStringLiteral("Arata t&oate"), QStringLiteral("toate"),
+      QStringLiteral("CmdToate"), QStringLiteral("T&oate"), QStringLiteral("toate"),
       [this] {
         Show(whole_, session().common.Query(whole_));
         ShowStatus({});
@@ -51,7 +51,7 @@ void Frm_Tabel::Show(const std::string& select, const store::Recordset& rows) {
       select_ == whole_
           ? QStringLiteral("Aici apar codurile tabelei de referinta. Tabela este goala: ea se completeaza la "
                            "actualizarea programului (Firme Meniu, Setari, Actualizare program).")
-          : QStringLiteral("Niciun cod nu corespunde expresiei cautate. \"Arata toate\" arata din nou "
+          : QStringLiteral("Niciun cod nu corespunde expresiei cautate. \"Toate\" arata din nou "
                            "intreaga tabela."));
   model_->SetRows(rows);
 }

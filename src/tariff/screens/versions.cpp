@@ -31,25 +31,25 @@ class VersionsModel : public ui::RecordsetModel {
                         {.field = "Luna_End", .caption = QStringLiteral("Pana in luna"), .width = 12},
                         {.field = "CN_File", .caption = QStringLiteral("Fisier tarif"), .width = 18},
                         {.field = "CnVer", .caption = QStringLiteral("Versiune NC"), .width = 12},
-                        {.field = "Stare", .caption = QStringLiteral("Stare"), .width = 36}},
+                        {.field = "Stare", .caption = QStringLiteral("Stare"), .width = 22}},
                        session.common.Query(kVersions), parent),
         session_(&session) {}
 
   QString TextAt(int row, int column) const override {
     if (column != kState) return RecordsetModel::TextAt(row, column);
-    QString state =
-        ValueAt(row, kEndYear).is_null() ? QStringLiteral("in vigoare") : QStringLiteral("inchis");
-    if (FileMissing(row)) state += QStringLiteral("; fisierul lipseste");
-    return state;
+    const QString state = InForce(row) ? QStringLiteral("in vigoare") : QStringLiteral("inchis");
+    return FileMissing(row) ? state + QStringLiteral(", fara fisier") : state;
   }
+  /// Past years without a file are usual: few need them all.
   QString ProblemAt(int row, int column) const override {
-    if (column != -1 || !FileMissing(row)) return {};
+    if (column != -1 || !InForce(row) || !FileMissing(row)) return {};
     return QStringLiteral("Fisierul %1 nu se afla in folderul CN; \"Incarca nomenclator...\" il face din nou")
         .arg(Q(ValueAt(row, kFile).ToText()));
   }
   bool CanSearch(int column) const override { return column != kState && RecordsetModel::CanSearch(column); }
 
  private:
+  bool InForce(int row) const { return ValueAt(row, kEndYear).is_null(); }
   bool FileMissing(int row) const {
     return !session_->host.files.Exists(session_->settings.DataBase + "CN\\" + ValueAt(row, kFile).ToText());
   }
