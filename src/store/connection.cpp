@@ -188,6 +188,17 @@ void Connection::BindLink(std::string_view name, std::string_view windows_path, 
   engine.DetachUnused();
 }
 
+void Connection::UnbindLink(std::string_view name) {
+  Engine& engine = *impl_->engine;
+  catalog();
+  auto& bindings = engine.main_file().bindings();
+  const auto bound = bindings.find(name);
+  if (bound == bindings.end()) return;
+  engine.DropStatements();
+  bindings.erase(bound);
+  engine.DetachUnused();
+}
+
 bool PassOver(platform::ErrorLog& log, std::string_view where, const std::function<void()>& step) {
   try {
     step();

@@ -105,6 +105,8 @@ class Connection {
   /// life only; replaces an earlier binding and hides a stored one. The tariff of the chosen period reaches
   /// company statements so.
   void BindLink(std::string_view name, std::string_view windows_path, std::string_view remote);
+  /// Ends such a binding and lets the file go, so that it can be replaced.
+  void UnbindLink(std::string_view name);
 
   /// Creates an empty database file with its catalog (the file must not exist).
   static void CreateDatabase(const Environment& environment, std::string_view windows_path);

@@ -6,6 +6,7 @@
 #include "tariff/load_file.h"
 #include "tariff/load_nomenclature.h"
 #include "tariff/load_versions.h"
+#include "tariff/lookup.h"
 
 namespace tariff {
 namespace {
@@ -13,17 +14,21 @@ namespace {
 constexpr int kFirstYear = 1988;  // the combined nomenclature begins
 constexpr int kLastYear = 2099;
 
-/// Frees a file that the tariff connection holds, so that it can be replaced, and opens it again at the end.
+/// Frees a file that the tariff connection and, through it, the company hold, so that it can be replaced, and
+/// opens it again at the end.
 class TariffPause {
  public:
   TariffPause(session::Session& session, std::string_view path) : session_(session) {
     paused_ = session.tariff.is_open() && platform::EqualsNoCase(session.tariff.path(), path);
-    if (paused_) session.tariff.Close();
+    if (!paused_) return;
+    session.tariff.Close();
+    if (session.company.is_open()) session.company.UnbindLink("HS8");
   }
   ~TariffPause() {
     if (!paused_) return;
     try {
       session_.tariff.Open(session_.tariff_connection_string);
+      BindCodesForCompany(session_);
     } catch (const store::Error& error) {
       session_.host.errors.Write("tarif", error.description());
     }

@@ -17,13 +17,6 @@ std::optional<std::string> FileForPeriod(session::Session& session, int year, in
   return versions["CN_File"].ToText();
 }
 
-/// Statements of the company's file read the eight-digit codes as HS8; they follow the tariff connection.
-void BindCodesForCompany(session::Session& session) {
-  if (!session.tariff.is_open() || !session.company.is_open()) return;
-  store::PassOver(session.host.errors, "ConexiuneTarif",
-                  [&session] { session.company.BindLink("HS8", session.tariff.path(), "HS8"); });
-}
-
 /// Reopens the tariff connection on `path`; where that file cannot be opened, the earlier one is opened
 /// again.
 bool Reopen(session::Session& session, const std::string& path) {
@@ -71,6 +64,12 @@ std::string VersionCondition(int year, int month) {
       "( Anul<={0} AND Luna<={1} AND Anul_End>={0} AND Luna_End>={1})  OR "
       "( Anul<={0} AND Luna<={1} AND Anul_End IS NULL AND Luna_End IS NULL) ",
       year, month);
+}
+
+void BindCodesForCompany(session::Session& session) {
+  if (!session.tariff.is_open() || !session.company.is_open()) return;
+  store::PassOver(session.host.errors, "ConexiuneTarif",
+                  [&session] { session.company.BindLink("HS8", session.tariff.path(), "HS8"); });
 }
 
 bool ConexiuneTarif(session::Session& session, int& month, int& year) {

@@ -17,6 +17,10 @@ std::string VersionCondition(int year, int month);
 /// leave the connection as it was; answers whether the tariff is open for the period.
 bool ConexiuneTarif(session::Session& session, int& month, int& year);
 
+/// Statements of the company's file read the eight-digit codes as HS8: they follow the tariff connection.
+/// Nothing happens unless both are open.
+void BindCodesForCompany(session::Session& session);
+
 /// Description "|" supplementary unit "|" has-unit flag of an eight-digit code; "||" when it is not in the
 /// tariff. The description is cut to 250 characters. The code goes into the statement as it stands.
 std::string Cautare_Tarif(session::Session& session, std::string_view code);

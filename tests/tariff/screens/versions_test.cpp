@@ -32,10 +32,10 @@ void Load(QWidget& screen, const QString& year = {}) {
 }
 
 struct Versions {
-  ScreenFixture at{Installation::State::kCommonOpen};
+  ScreenFixture at;
   tariff::Frm_Tarif_Versiuni screen{at.context, test_support::DataFolder(at.at.files()), nullptr,
                                     [] { return std::string(kFile); }};
-  Versions() {
+  explicit Versions(Installation::State state = Installation::State::kCommonOpen) : at(state) {
     at.at.files().Replace(kFile, kNomenclature);
     screen.show();
   }
@@ -59,7 +59,7 @@ TEST(Versions, LoadsAYearAndLaysItsRowOut) {
 }
 
 TEST(Versions, AsksBeforeReplacingAndTellsOfAnotherVersion) {
-  Versions on;
+  Versions on(Installation::State::kCompanyOpen);
   const std::string question =
       fmt::format("Tariful anului 2026 exista: {}\r\nIl inlocuiti cu cel din fisierul {} ?",
                   Installation::InDataBase("CN\\CN_2026.mdb"), kFile);
@@ -71,6 +71,9 @@ TEST(Versions, AsksBeforeReplacingAndTellsOfAnotherVersion) {
       "Fisierul spune ca este versiunea 2025, iar tariful a fost incarcat pentru anul 2026.", "Mesaj");
   Load(on.screen, QStringLiteral("2026"));
   EXPECT_TRUE(on.screen.loaded());
+  // The tariff was open, and the company read its codes.
+  EXPECT_EQ(on.at.at.Get("SELECT COUNT(*) FROM HS8").ToInteger(), 1);
+  EXPECT_EQ(on.at.at.session.tariff.Query("SELECT * FROM HS_8").record_count(), 1);
 }
 
 TEST(Versions, ARefusedOrStoppedFileChangesNothing) {
