@@ -6,6 +6,8 @@
 #include <sqlite3.h>
 
 #include <QApplication>
+#include <QImage>
+#include <QTest>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -13,12 +15,12 @@
 #include "companies/register.h"
 #include "floor.h"
 #include "setup/setup.h"
-#include "store/functions.h"
 #include "support/installation.h"
 #include "tariff/levels.h"
 #include "tariff/notes.h"
+#include "tariff/screens/browser.h"
 #include "tariff/search.h"
-#include "ui/grid_model.h"
+#include "ui/memory.h"
 
 namespace {
 
@@ -40,7 +42,6 @@ class Raw {
  public:
   explicit Raw(const std::string& file) {
     if (sqlite3_open(file.c_str(), &db_) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(db_));
-    store::RegisterFunctions(db_);  // the columns' own text order
   }
   ~Raw() { sqlite3_close(db_); }
   Raw(const Raw&) = delete;
@@ -52,19 +53,28 @@ class Raw {
       throw std::runtime_error(sqlite3_errmsg(db_));
     }
     int rows = 0;
+    double sum = 0;
     for (; sqlite3_step(statement) == SQLITE_ROW; ++rows) {
       for (int i = 0; i < sqlite3_column_count(statement); ++i) {
-        const unsigned char* text = sqlite3_column_text(statement, i);
-        looked_at_ = looked_at_ + (text == nullptr ? 0 : *text);
+        switch (sqlite3_column_type(statement, i)) {
+          case SQLITE_NULL:
+            break;
+          case SQLITE_TEXT:
+            sum += *sqlite3_column_text(statement, i) + sqlite3_column_bytes(statement, i);
+            break;
+          default:
+            sum += sqlite3_column_double(statement, i);
+        }
       }
     }
     sqlite3_finalize(statement);
+    looked_at_ = looked_at_ + sum;
     return rows;
   }
 
  private:
   sqlite3* db_ = nullptr;
-  volatile int looked_at_ = 0;
+  volatile double looked_at_ = 0;
 };
 
 /// Lines over all codes of the tariff, described by it.
@@ -130,29 +140,38 @@ void MeasureSearches(test_support::Installation& at) {
   }
 }
 
+/// Key by key in the browser, each with the picture of its window.
 void MeasureKeys(test_support::Installation& at) {
-  const tariff::Level& level = *tariff::FindLevel(8);
-  std::vector<ui::Column> columns(5);
-  ui::RecordsetModel model(columns, at.session.tariff.Query(level.query));
+  ui::ScreenMemory memory(at.files(), "C:\\Bench\\", "ana");
+  ui::Context context{at.session, memory, {}, {}};
+  tariff::Frm_Tarif browser(context, *tariff::FindLevel(8));
+  browser.show();
+  browser.resize(1366, 768);
+  QImage picture(1366, 768, QImage::Format_ARGB32_Premultiplied);
+  browser.render(&picture);
   double worst = 0, all = 0;
   int keys = 0;
   const auto type = [&](int column, const char* whole) {
-    QString text;
+    browser.grid()->SelectRow(0, column);
+    browser.grid()->StartSearch();
     for (const char* key = whole; *key != 0; ++key) {
-      text += QLatin1Char(*key);
       const double start = bench::Seconds();
-      model.FindText(column, text, 0);
+      QTest::keyClick(browser.grid(), *key);
+      browser.render(&picture);
       const double took = bench::Seconds() - start;
       worst = std::max(worst, took);
       all += took;
       ++keys;
     }
+    QTest::keyClick(browser.grid(), Qt::Key_Escape);
   };
   type(0, "97069000");
   type(1, "970690000000");
   type(2, "obiecte de arta, antichitati zzz");
-  std::printf("\nA key of the list's search on %d codes: %.2f ms on average, %.2f ms at the longest.\n",
-              model.Rows(), all / keys * 1000, worst * 1000);
+  std::printf(
+      "\nA key of the browser's search on %d codes, the window painted: %.2f ms on average, %.2f ms at the "
+      "longest.\n",
+      browser.grid()->grid_model()->Rows(), all / keys * 1000, worst * 1000);
 }
 
 void MeasureNotes(test_support::Installation& at) {
