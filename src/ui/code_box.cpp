@@ -110,7 +110,7 @@ CodeBox::CodeBox(QWidget* parent) : QComboBox(parent) {
     if (show_descriptions_ || exact == nullptr) return;
     const auto begins = [&](const CodeList::Line& line) { return line.code.startsWith(typed); };
     if (std::count_if(list_.lines.begin(), list_.lines.end(), begins) > 1) return;
-    QMetaObject::invokeMethod(completion_view_, &QWidget::hide, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(completion_view_, "hide", Qt::QueuedConnection);
   });
   // Chosen from the list or from the completions.
   connect(this, &QComboBox::activated, this, [this] {

@@ -67,6 +67,8 @@ Frm_INTRASTAT::Frm_INTRASTAT(ui::Context& screen_context, const EditorOpening& o
   auto_save_.setSingleShot(true);
   auto_save_.setInterval(kSaveAfter);
   connect(&auto_save_, &QTimer::timeout, this, &Frm_INTRASTAT::AutoSave);
+  after_row_.setSingleShot(true);
+  connect(&after_row_, &QTimer::timeout, this, &Frm_INTRASTAT::AfterRow);
   grid()->SetEmptyText(
       view
           ? QStringLiteral("Declaratia nu are linii.")
@@ -218,12 +220,16 @@ bool Frm_INTRASTAT::Reading(const std::function<bool()>& action) {
 void Frm_INTRASTAT::OnRow(int row) {
   if (!editor_.pending() || editor_.pending_row() == row) return;
   auto_save_.stop();
-  const bool saved = editor_.SaveLine();
-  // The grid is in the middle of changing its row: what moves rows waits until it is done.
-  QTimer::singleShot(0, this, [this, saved] {
-    if (!saved && editor_.pending()) grid()->SelectRow(editor_.pending_row());
-    FollowLines();
-  });
+  editor_.SaveLine();
+  after_row_.start();
+}
+
+void Frm_INTRASTAT::AfterRow() {
+  // A line that could not be saved is gone back to.
+  if (editor_.pending() && editor_.pending_row() != grid()->current_row()) {
+    grid()->SelectRow(editor_.pending_row());
+  }
+  FollowLines();
 }
 
 void Frm_INTRASTAT::AutoSave() {

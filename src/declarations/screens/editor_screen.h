@@ -76,6 +76,8 @@ class Frm_INTRASTAT : public ui::ListScreen {
   void Calculate(const EditorCommands::Calculation& calculation, const std::optional<std::string>& filter);
 
   void OnRow(int row);
+  /// Once the grid is done with changing its row: what moves rows waits until then.
+  void AfterRow();
   void AutoSave();
   /// Runs what reads the lines anew; the line and column that the user is on stay, where they still are.
   bool Reading(const std::function<bool()>& action);
@@ -96,7 +98,7 @@ class Frm_INTRASTAT : public ui::ListScreen {
   std::unique_ptr<EditorModel> model_;
   QPushButton* errors_ = nullptr;
   std::vector<QPushButton*> changing_;  ///< commands that change lines
-  QTimer auto_save_;
+  QTimer auto_save_, after_row_;
   std::optional<Finding> led_to_;  ///< chosen in the review
 };
 
