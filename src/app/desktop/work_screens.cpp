@@ -8,6 +8,10 @@
 #include "calc/screens/transport.h"
 #include "declarations/screens/add_declaration.h"
 #include "declarations/screens/editor_screen.h"
+#include "import/screens/import_screen.h"
+#include "import/screens/template_editor.h"
+#include "import/screens/template_list.h"
+#include "reports/screens/preview.h"
 #include "store/layout/layout.h"
 #include "tariff/screens/advanced_search.h"
 #include "tariff/screens/browser.h"
@@ -48,6 +52,9 @@ void Desktop::QuickSearch(const QString& text) {
 }
 
 void Desktop::BindWorkScreens() {
+  context_.preview_list = [this](const ui::GridContent& content, QWidget* over) {
+    reports::PreviewList(context_, content, over);
+  };
   commands_.Handle("INTRASTAT", [this](const Command& command) {
     OpenOnce(command.key, [this] {
       return new declarations::Frm_Intrastat_Lista(
@@ -61,6 +68,26 @@ void Desktop::BindWorkScreens() {
     OpenOnce(command.key, [this] {
       return new calc::Frm_Curs_Manual(
           context_, [this] { program_commands_.UpdateRates(); }, main_window_.get());
+    });
+  });
+  commands_.Handle("MACHETA_NOUA", [this](const Command&) {
+    importer::Frm_Macheta(context_, "", main_window_.get()).exec();
+  });
+  const auto choose = [this](importer::Frm_Machete::Purpose purpose) {
+    return [this, purpose](const Command& command) {
+      OpenOnce(command.key, [&] { return new importer::Frm_Machete(context_, purpose, main_window_.get()); });
+    };
+  };
+  commands_.Handle("MACHETA_MODIFICARE", choose(importer::Frm_Machete::Purpose::kModify));
+  commands_.Handle("MACHETA_STERGE", choose(importer::Frm_Machete::Purpose::kDelete));
+  commands_.Handle("EXCEL_PRELUARE", [this](const Command& command) {
+    OpenOnce(command.key, [this] {
+      return new importer::Frm_Preluare(
+          context_,
+          [this](const declarations::Identity& identity, QWidget* over) {
+            OpenEditor(declarations::DeclarationList::Opening(identity, false), false, over);
+          },
+          main_window_.get());
     });
   });
   commands_.HandleViewers([this](const Command& command) {
