@@ -55,12 +55,13 @@ class CellChecks {
     if (demand.table != calc::CodeTable::kCount) return probes_.Known(demand.table, code);
     const tariff::CodeCheck* check = tariff::FindCodeCheck(demand.column);
     if (check == nullptr) return true;
-    const auto [answer, is_new] = others_.try_emplace({check, code}, false);
-    if (is_new) {
+    const auto answer = others_.try_emplace({check, code}, false);
+    if (answer.second) {
+      bool& known = answer.first->second;
       store::PassOver(session_->host.errors, "Previzualizare macheta",
-                      [&] { answer->second = session_->company.Any(tariff::CheckStatement(*check, code)); });
+                      [&] { known = session_->company.Any(tariff::CheckStatement(*check, code)); });
     }
-    return answer->second;
+    return answer.first->second;
   }
 
   session::Session* session_;

@@ -34,14 +34,15 @@ std::vector<ui::Column> RowColumns(const std::vector<std::string>& formats) {
 }
 
 std::vector<ui::Column> SampleColumns() {
-  std::vector<ui::Column> columns(3);
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    columns[i].field = kSampleHeadings[i];
-    columns[i].caption = Q(kSampleHeadings[i]);
+  std::vector<ui::Column> columns;
+  const int widths[] = {8, 16, 13};
+  for (int i = 0; i < 3; ++i) {
+    ui::Column column;
+    column.field = kSampleHeadings[i];
+    column.caption = Q(kSampleHeadings[i]);
+    column.width = widths[i];
+    columns.push_back(std::move(column));
   }
-  columns[0].width = 8;
-  columns[1].width = 18;
-  columns[2].width = 14;
   return columns;
 }
 
@@ -140,7 +141,7 @@ QVariant TemplateRowModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant TemplateRowModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  const QVariant value = GridModel::headerData(section, orientation, role);
+  QVariant value = GridModel::headerData(section, orientation, role);
   if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return value;
   // These captions are whole sentences over narrow columns.
   constexpr qsizetype kLine = 17;
