@@ -163,6 +163,14 @@ void Connection::Commit() { impl_->engine->Commit(); }
 void Connection::Rollback() { impl_->engine->Rollback(); }
 bool Connection::in_transaction() const { return impl_->engine->in_transaction(); }
 
+void Connection::SetWatch(std::function<bool()> go_on) {
+  constexpr int kEvery = 10'000;  // steps of SQLite's machine, well below a millisecond
+  impl_->watch = std::move(go_on);
+  if (!impl_->engine->is_open()) return;
+  const auto ask = [](void* impl) { return static_cast<Impl*>(impl)->watch() ? 0 : 1; };
+  sqlite3_progress_handler(impl_->engine->db(), kEvery, impl_->watch ? +ask : nullptr, impl_.get());
+}
+
 Catalog& Connection::catalog() {
   impl_->engine->RequireOpen("");
   if (impl_->engine->is_source()) {

@@ -98,6 +98,10 @@ class Connection {
   /// some). Only for connections on such files.
   std::uint32_t FirstRow(std::string_view table) const;
 
+  /// Asks `go_on` every now and then while a statement runs; where it answers false the statement ends with
+  /// Error(kCancelled). An empty one asks nobody. It must not use this connection. See Watch.
+  void SetWatch(std::function<bool()> go_on);
+
   /// The catalog of the open database file: descriptions, links, stored queries. Throws on sources.
   Catalog& catalog();
 
@@ -132,6 +136,20 @@ class Transaction {
     connection_->Commit();
     connection_ = nullptr;
   }
+
+ private:
+  Connection* connection_;
+};
+
+/// Lets someone else stop the statements of a scope.
+class Watch {
+ public:
+  Watch(Connection& connection, std::function<bool()> go_on) : connection_(&connection) {
+    connection.SetWatch(std::move(go_on));
+  }
+  ~Watch() { connection_->SetWatch({}); }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
 
  private:
   Connection* connection_;

@@ -16,6 +16,7 @@ struct Connection::Impl {
   std::shared_ptr<Engine> engine;
   EngineCatalog catalog;
   std::string connection_string;
+  std::function<bool()> watch;
 };
 
 }  // namespace store

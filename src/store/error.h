@@ -19,6 +19,7 @@ enum ErrorNumber : int {
   kItemNotFound = 3265,           ///< no field of that name or position
   kEndOfRecordset = 3021,         ///< BOF or EOF where a current row is needed
   kNotUpdatable = 3251,
+  kCancelled = 3712,  ///< stopped by whoever watches the statement
 };
 
 /// A failed database operation: number, source (the statement's head or file) and a Romanian description

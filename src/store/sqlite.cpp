@@ -55,6 +55,9 @@ void ThrowSqlite(sqlite3* db, int code, std::string_view source, std::string_vie
       fail(kIntegrity,
            fmt::format("Fisierul {} este folosit de alt program; incercati din nou ({})", name, reason));
       break;
+    case SQLITE_INTERRUPT:
+      fail(kCancelled, "Instructiunea a fost oprita");
+      break;
     case SQLITE_READONLY:
     case SQLITE_PERM:
       fail(kIntegrity, fmt::format("Fisierul {} poate fi doar citit ({})", name, reason));

@@ -63,7 +63,8 @@ std::optional<double> ParseNumber(const QString& text, const QLocale& locale) {
 }
 
 bool RightAligned(Format format) {
-  return format == Format::kWhole || format == Format::kAmount || format == Format::kRate;
+  return format == Format::kWhole || format == Format::kAmount || format == Format::kRate ||
+         format == Format::kNumber;
 }
 
 }  // namespace ui

@@ -14,6 +14,7 @@ enum class Format {
   kWhole,   ///< "##,##0"
   kAmount,  ///< "##,##0.00"
   kRate,    ///< "##,##0.0000"
+  kNumber,  ///< all decimals there are, no grouping: numbers of which nothing more is known
   kDate,
   kDateTime,  ///< dd.mm.yyyy hh:mm
   kTick,      ///< yes/no

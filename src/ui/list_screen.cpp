@@ -179,6 +179,17 @@ void ListScreen::AddBelowGrid(QWidget* widget, int height) {
   splitter->setSizes({kGridHeight, height});
 }
 
+QSplitter* ListScreen::SplitAboveGrid(QWidget* widget) {
+  auto* splitter = new QSplitter(Qt::Vertical, this);
+  splitter->setChildrenCollapsible(false);
+  middle_->removeWidget(grid_);
+  middle_->insertWidget(0, splitter, 1);
+  splitter->addWidget(widget);
+  splitter->addWidget(grid_);
+  RememberSplit(context(), objectName(), QStringLiteral("impartire"), splitter);
+  return splitter;
+}
+
 TotalsRow* ListScreen::totals_row() {
   if (totals_row_ == nullptr) {
     totals_row_ = new TotalsRow(grid_, this);

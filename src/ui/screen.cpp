@@ -2,6 +2,7 @@
 
 #include <QScreen>
 #include <QShortcut>
+#include <QSplitter>
 
 #include "store/error.h"
 #include "ui/icons.h"
@@ -71,6 +72,17 @@ void Screen::hideEvent(QHideEvent* event) {
                          QStringLiteral("%1x%2").arg(width()).arg(height()));
   }
   QDialog::hideEvent(event);
+}
+
+void RememberSplit(Context& context, const QString& screen, const QString& key, QSplitter* splitter) {
+  QList<int> sizes;
+  for (const QString& part : context.memory.Get(screen, key).split('/')) sizes << part.toInt();
+  if (sizes.size() == splitter->count() && !sizes.contains(0)) splitter->setSizes(sizes);
+  QObject::connect(splitter, &QSplitter::splitterMoved, splitter, [&context, screen, key, splitter] {
+    QStringList parts;
+    for (const int size : splitter->sizes()) parts << QString::number(size);
+    context.memory.Set(screen, key, parts.join('/'));
+  });
 }
 
 }  // namespace ui

@@ -7,6 +7,7 @@
 #include "ui/context.h"
 
 class QShortcut;
+class QSplitter;
 
 namespace ui {
 
@@ -37,6 +38,10 @@ class Screen : public QDialog {
   QSize first_size_;
   bool placed_ = false;
 };
+
+/// Gives a splitter the sizes it was left with and keeps what the user makes of them. `key` is the splitter's
+/// own within its screen.
+void RememberSplit(Context& context, const QString& screen, const QString& key, QSplitter* splitter);
 
 /// Runs an action outside of a screen in the same way.
 bool Try(Context& context, const std::function<void()>& action);

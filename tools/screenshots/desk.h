@@ -57,5 +57,6 @@ std::vector<Shot> DeclarationShots();
 std::vector<Shot> EditorShots();  ///< of the declaration editor and what it opens
 std::vector<Shot> ImportShots();  ///< templates and the spreadsheet import
 std::vector<Shot> TariffShots();
+std::vector<Shot> QueryShots();
 
 }  // namespace screenshots

@@ -73,6 +73,7 @@ int main(int argc, char** argv) {
   for (const screenshots::Shot& shot : screenshots::EditorShots()) shots.push_back(shot);
   for (const screenshots::Shot& shot : screenshots::ImportShots()) shots.push_back(shot);
   for (const screenshots::Shot& shot : screenshots::TariffShots()) shots.push_back(shot);
+  for (const screenshots::Shot& shot : screenshots::QueryShots()) shots.push_back(shot);
   for (const screenshots::Shot& shot : shots) {
     if (!wanted.isEmpty() && !wanted.contains(QString::fromLatin1(shot.screen))) continue;
     try {

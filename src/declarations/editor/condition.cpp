@@ -7,13 +7,8 @@
 namespace declarations {
 
 std::vector<ConditionOperator> ConditionOperators(session::Session& session, std::string_view kind) {
-  std::vector<ConditionOperator> operators;
-  store::Recordset rows = session.company.Query("SELECT * FROM Semne_Cautare_Selectie WHERE SeAplicaLa='" +
-                                                std::string(kind) + "'");
-  for (; !rows.eof(); rows.MoveNext()) {
-    operators.push_back({rows["DescSemn"].ToText(), rows["SemnExpresie"].ToText()});
-  }
-  return operators;
+  return tariff::ReadOperators(
+      session.company, "SELECT * FROM Semne_Cautare_Selectie WHERE SeAplicaLa='" + std::string(kind) + "'");
 }
 
 std::string ConditionText(std::string_view column, std::string_view expression, std::string_view value) {

@@ -6,14 +6,11 @@
 
 #include "declarations/editor/columns.h"
 #include "session/session.h"
+#include "tariff/query/operators.h"
 
 namespace declarations {
 
-/// A row of Semne_Cautare_Selectie.
-struct ConditionOperator {
-  std::string DescSemn;      ///< shown
-  std::string SemnExpresie;  ///< "LIKE '%Valoare%'"
-};
+using ConditionOperator = tariff::SearchOperator;
 
 /// The operators for a kind of column ("T", "N", "D", "B"). Throws store::Error.
 std::vector<ConditionOperator> ConditionOperators(session::Session& session, std::string_view kind);
