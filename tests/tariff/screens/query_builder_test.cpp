@@ -23,6 +23,7 @@ struct QueryScreen : ScreenFixture {
     }
     screen = std::make_unique<Frm_Interogari>(context, nullptr);
     screen->show();
+    screen->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(screen.get()));
   }
 
