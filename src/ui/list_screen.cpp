@@ -179,15 +179,17 @@ void ListScreen::AddBelowGrid(QWidget* widget, int height) {
   splitter->setSizes({kGridHeight, height});
 }
 
-QSplitter* ListScreen::SplitAboveGrid(QWidget* widget) {
+void ListScreen::SplitAboveGrid(QWidget* widget, int height) {
   auto* splitter = new QSplitter(Qt::Vertical, this);
   splitter->setChildrenCollapsible(false);
   middle_->removeWidget(grid_);
   middle_->insertWidget(0, splitter, 1);
   splitter->addWidget(widget);
   splitter->addWidget(grid_);
+  splitter->setStretchFactor(1, 1);
+  constexpr int kGridHeight = 300;  // only its proportion to the widget counts
+  splitter->setSizes({height, kGridHeight});
   RememberSplit(context(), objectName(), QStringLiteral("impartire"), splitter);
-  return splitter;
 }
 
 TotalsRow* ListScreen::totals_row() {

@@ -70,8 +70,9 @@ class ListScreen : public Screen {
   void AddAboveGrid(QWidget* widget);
   /// A pane under the grid that the user can make larger or smaller; at most one.
   void AddBelowGrid(QWidget* widget, int height);
-  /// A widget over the grid with a handle between the two; how they share the height is remembered.
-  QSplitter* SplitAboveGrid(QWidget* widget);
+  /// A widget over the grid, first so high, with a handle between the two; how they share the room is
+  /// remembered.
+  void SplitAboveGrid(QWidget* widget, int height);
   /// Totals under the columns; made at the first call.
   TotalsRow* totals_row();
 

@@ -1,6 +1,7 @@
 #include "tariff/screens/query_builder.h"
 
 #include <QFontDatabase>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QSplitter>
 #include <QTextBlock>
@@ -14,7 +15,6 @@ namespace tariff {
 namespace {
 
 constexpr char kMessageTitle[] = "Mesaj";
-const QString kResultLayout = QStringLiteral("Frm_Interogari_rezultat");
 
 QLabel* Heading(const QString& text, QWidget* buddy, QWidget* parent) {
   auto* label = new QLabel(text, parent);
@@ -71,15 +71,13 @@ Frm_Interogari::Frm_Interogari(ui::Context& screen_context, QWidget* parent)
   upper->addWidget(TablesPart());
   upper->addWidget(ColumnsPart());
   upper->addWidget(StatementPart());
-  upper->setSizes({190, 640, 400});
+  upper->setSizes({200, 680, 340});
   for (int i = 0; i < 3; ++i) upper->setStretchFactor(i, i == 0 ? 0 : 1);
-  QSplitter* whole = SplitAboveGrid(upper);
-  whole->setStretchFactor(0, 0);
-  whole->setStretchFactor(1, 1);
+  SplitAboveGrid(upper, 310);
   ui::RememberSplit(context(), objectName(), QStringLiteral("impartire_sus"), upper);
 
   SetCountCaption(QStringLiteral("Inregistrari: "));
-  grid()->SetLayoutName(kResultLayout);
+  grid()->SetLayoutName(ResultLayout());
   grid()->SetEmptyText(QStringLiteral(
       "Aici apar randurile gasite. Alegeti un tabel, bifati coloanele, puneti conditii si apasati "
       "Afiseaza (F5); sau scrieti un SELECT ori alegeti un script si apasati Ruleaza SQL "
@@ -132,7 +130,7 @@ void Frm_Interogari::AddCommands() {
 
 QWidget* Frm_Interogari::TablesPart() {
   auto* part = new QWidget(this);
-  tables_ = new ui::Grid(context(), QStringLiteral("Frm_Interogari_tabele"), part);
+  tables_ = new ui::Grid(context(), objectName() + QStringLiteral("_tabele"), part);
   tables_->setObjectName(QStringLiteral("Grid_Tabele"));
   tables_->SetGridModel(tables_model_);
   tables_->horizontalHeader()->setSectionsClickable(false);
@@ -145,7 +143,7 @@ QWidget* Frm_Interogari::TablesPart() {
 
 QWidget* Frm_Interogari::ColumnsPart() {
   auto* part = new QWidget(this);
-  columns_ = new ui::Grid(context(), QStringLiteral("Frm_Interogari_coloane"), part);
+  columns_ = new ui::Grid(context(), objectName() + QStringLiteral("_coloane"), part);
   columns_->setObjectName(QStringLiteral("Grid_Coloane"));
   columns_->SetGridModel(columns_model_);
   columns_->horizontalHeader()->setSectionsClickable(false);
@@ -213,6 +211,7 @@ void Frm_Interogari::ShowTable(int row) {
   columns_model_->SetRows(known != asked_.end() ? known->second : QueryColumns(session().company, name));
   table_ = name;
   columns_->SelectRow(0, QueryColumnsModel::kShown);
+  columns_->horizontalScrollBar()->setValue(0);  // names first
 }
 
 void Frm_Interogari::TickAll() {
@@ -282,6 +281,7 @@ void Frm_Interogari::Run(const BuiltQuery* built) {
       return;
     }
     session::ShowError(session(), error);
+    ShowStatus(ui::Q(error.description()));
     PointAt(error, built);
   }
 }
@@ -290,7 +290,7 @@ void Frm_Interogari::ShowRows(store::Recordset rows, const std::string& text) {
   if (text != shown_statement_) {
     // Order and sort of the columns are the statement's, not those that another one was left with.
     for (const char* key : {"coloane", "ordine"}) {
-      context().memory.Set(kResultLayout, QString::fromLatin1(key), {});
+      context().memory.Set(ResultLayout(), QString::fromLatin1(key), {});
     }
   }
   shown_statement_ = text;

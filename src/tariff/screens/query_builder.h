@@ -57,6 +57,8 @@ class Frm_Interogari : public ui::ListScreen {
   void Export();
   void PrintRows();
 
+  /// Where the widths of the result's columns are remembered.
+  QString ResultLayout() const { return objectName() + QStringLiteral("_rezultat"); }
   std::string statement() const;
   void PutStatement(const QString& text);
 

@@ -8,7 +8,7 @@
 namespace tariff {
 
 QueryTablesModel::QueryTablesModel(std::vector<store::SchemaTable> tables, QObject* parent)
-    : GridModel({{.field = "TableName", .caption = QStringLiteral("Nume Tabel"), .width = 20}}, parent),
+    : GridModel({{.field = "TableName", .caption = QStringLiteral("Nume Tabel"), .width = 14}}, parent),
       tables_(std::move(tables)) {}
 
 int QueryTablesModel::RowOf(std::string_view name) const {
@@ -27,7 +27,7 @@ QString QueryTablesModel::PictureAt(int row, int) const {
 
 QueryColumnsModel::QueryColumnsModel(std::vector<SearchOperator> operators, QObject* parent)
     : GridModel(
-          {{.field = "FieldName", .caption = QStringLiteral("Nume coloana"), .width = 16},
+          {{.field = "FieldName", .caption = QStringLiteral("Nume coloana"), .width = 15},
            {.field = "Afiseaza",
             .caption = QStringLiteral("Afiseaza Coloana"),
             .format = ui::Format::kTick,
@@ -39,7 +39,7 @@ QueryColumnsModel::QueryColumnsModel(std::vector<SearchOperator> operators, QObj
             .editable = true,
             .codes = [this] { return OperatorsOfCurrentRow(); }},
            {.field = "Valoare", .caption = QStringLiteral("Valoare Cautata"), .width = 18, .editable = true},
-           {.field = "DataType", .caption = QStringLiteral("Tip"), .width = 10},
+           {.field = "DataType", .caption = QStringLiteral("Tip"), .width = 9},
            {.field = "Descriere", .caption = QStringLiteral("Descriere"), .width = 24}},
           parent),
       operators_(std::move(operators)) {
