@@ -28,6 +28,12 @@ QString TextOf(const QWidget* field) {
   return {};
 }
 
+/// A completer that completes within the field has no list at all.
+bool CompletionsShown(const QComboBox& box) {
+  const QCompleter* completer = box.completer();
+  return completer != nullptr && completer->popup() != nullptr && completer->popup()->isVisible();
+}
+
 void PutText(QWidget* field, const QString& text) {
   if (auto* line = qobject_cast<QLineEdit*>(field)) {
     line->setText(text);
@@ -459,9 +465,7 @@ bool Form::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyPress: {
       const int key = static_cast<QKeyEvent*>(event)->key();
       auto* box = qobject_cast<QComboBox*>(field);
-      const bool list_open =
-          box != nullptr && (box->view()->isVisible() ||
-                             (box->completer() != nullptr && box->completer()->popup()->isVisible()));
+      const bool list_open = box != nullptr && (box->view()->isVisible() || CompletionsShown(*box));
       if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !list_open) {
         MoveOn();
         return true;

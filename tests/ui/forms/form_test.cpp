@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QTabWidget>
 
@@ -65,6 +66,19 @@ TEST_F(FormTest, BindsTaggedFieldsByName) {
   EXPECT_EQ(back.Get("Culoare"), std::to_string(0x80000005U));
   EXPECT_EQ(back.Get("Cod"), "");
   EXPECT_FALSE(back.Has("Liber"));
+}
+
+TEST_F(FormTest, KeysReachADropDownListThatCompletesWithinItsField) {
+  auto* sheet = new QComboBox(&form_);
+  sheet->setObjectName("Foaie");
+  sheet->setEditable(true);
+  form_.AddField("Foaia", sheet);
+  sheet->show();
+  sheet->setFocus();
+  QTest::keyClicks(sheet, "Sheet1");
+  QTest::keyClick(sheet, Qt::Key_Return);
+  EXPECT_EQ(form_.Text("Foaie"), "Sheet1");
+  EXPECT_FALSE(sheet->hasFocus());
 }
 
 TEST_F(FormTest, EnterMovesOnAndEntryHelpsAndSelects) {
