@@ -4,7 +4,11 @@
 #include "reports/screens/preview.h"
 #include "ui/screen.h"
 
+class QComboBox;
+class QLabel;
+class QLineEdit;
 class QSpinBox;
+class QVBoxLayout;
 
 namespace ui {
 class CommandRow;
