@@ -122,7 +122,8 @@ class Parser {
                                           {"Left", Alignment::kLeft},
                                           {"Right", Alignment::kRight},
                                           {"Center", Alignment::kCentre}});
-    column.total = Switch(node, "Total", false);
+    column.group_total = node.attribute("Total").as_string() == std::string_view("Group");
+    column.total = column.group_total || Switch(node, "Total", false);
     column.optional = Switch(node, "Optional", false);
     column.only = node.attribute("Only").as_string();
     if (!column.only.empty() && column.only.find('=') == std::string::npos) {

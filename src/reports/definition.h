@@ -38,8 +38,9 @@ struct ColumnDefinition {
   Format format = Format::kAsShown;
   Alignment alignment = Alignment::kByFormat;
   bool total = false;
-  bool optional = false;  ///< left out where the source lacks the field
-  std::string only;       ///< "TIP=O": left out unless that placeholder has that value
+  bool group_total = false;  ///< summed up in groups only: amounts of different currencies
+  bool optional = false;     ///< left out where the source lacks the field
+  std::string only;          ///< "TIP=O": left out unless that placeholder has that value
 };
 
 struct GroupDefinition {

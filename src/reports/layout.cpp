@@ -9,7 +9,7 @@ constexpr double kSizes[] = {9, 8, 7, 6.5, 6, 5.5};
 constexpr int kMeasuredRows = 1500;  // evenly chosen, of longer lists
 constexpr int kNarrowText = 14;      // characters that a text column keeps where its definition has no width
 constexpr int kLongWord = 24;        // longer words may be broken
-constexpr double kTitleFactor = 1.45;
+constexpr double kTitleFactor = 1.45, kLeastTitleFactor = 1.15;
 constexpr double kIndent = 12;  // points a group's level stands further in
 
 std::size_t CharactersEnd(std::string_view text, int count) {
@@ -96,7 +96,9 @@ void Layout::MeasureColumns() {
   for (std::size_t c = 0; c < report_->columns().size(); ++c) {
     const ReportColumn& column = report_->columns()[c];
     const bool text_column = column.alignment != Alignment::kRight && !column.total;
-    double widest = 0, longest_word = LongestWord(fonts_->bold, column.caption);
+    const double caption = fonts_->bold.Width(column.caption, 1);
+    // A heading takes three lines before its column grows.
+    double widest = 0, longest_word = std::max(LongestWord(fonts_->bold, column.caption), caption * 0.4);
     for (const Band* band : measured) {
       if (band->totals >= 0 && !column.total) continue;
       const std::string text = report_->TextOf(*band, c);
@@ -109,7 +111,6 @@ void Layout::MeasureColumns() {
     const double readable = average * (column.width > 0 ? column.width : kNarrowText);
     Measure measure;
     measure.least = longest_word;
-    // A heading of several words takes several lines before its column grows.
     measure.natural =
         std::max(widest, column.width > 0 ? longest_word : fonts_->bold.Width(column.caption, 1));
     measure.wanted = std::max(longest_word, text_column ? std::min(widest, readable) : widest);
@@ -176,11 +177,18 @@ void Layout::FitColumns() {
   }
 }
 
+/// A title that is only a little too long becomes smaller, a longer one takes several lines.
+double Layout::TitleSize() const {
+  const double wanted = kSizes[0] * kTitleFactor;
+  const double fitting = TitleRoom() / std::max(fonts_->bold.Width(report_->title(), 1), 1e-6);
+  return std::clamp(fitting, kSizes[0] * kLeastTitleFactor, wanted);
+}
+
 double Layout::TitleHeight() const {
+  const double size = TitleSize();
+  const std::size_t title = Wrap(report_->title(), fonts_->bold, size, TitleRoom() + 0.01).size();
   const double lines = static_cast<double>(report_->lines().size());
-  const double title =
-      static_cast<double>(Wrap(report_->title(), fonts_->bold, kSizes[0] * kTitleFactor, room() - 70).size());
-  return (title * kTitleFactor + lines) * fonts_->plain.height * kSizes[0] + 10;
+  return (static_cast<double>(title) * size + lines * kSizes[0]) * fonts_->plain.height + 10;
 }
 
 double Layout::FootHeight() const { return fonts_->plain.height * 8 + 8; }
@@ -282,10 +290,10 @@ void Layout::Put(PageContent& content, double x, double top, double width, std::
 }
 
 double Layout::PutTitle(PageContent& content) const {
-  const double size = kSizes[0] * kTitleFactor;
+  const double size = TitleSize();
   double y = page_.margin;
   Put(content, page_.margin, y, room(), footer_.date, false, Alignment::kRight, kSizes[0]);
-  for (const std::string_view text : Wrap(report_->title(), fonts_->bold, size, room() - 70)) {
+  for (const std::string_view text : Wrap(report_->title(), fonts_->bold, size, TitleRoom() + 0.01)) {
     std::string line(text);
     Put(content, page_.margin, y, room(), std::move(line), true, Alignment::kLeft, size);
     y += fonts_->plain.height * size;

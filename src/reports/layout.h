@@ -101,6 +101,8 @@ class Layout {
   double pad() const { return size_ / 3; }
   double line() const { return fonts_->plain.height * size_; }
 
+  double TitleRoom() const { return room() - 70; }  ///< beside the date
+  double TitleSize() const;
   double TitleHeight() const;
   double HeadHeight() const;
   double FootHeight() const;

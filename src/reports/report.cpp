@@ -83,7 +83,7 @@ void Report::ResolveColumns(const Definition& definition) {
     const Table::Column& own = table_->columns()[static_cast<std::size_t>(source)];
     const Format format = column.format == Format::kAsShown ? own.format : column.format;
     columns_.push_back({column.caption.empty() ? own.caption : column.caption, source, column.format,
-                        AlignmentOf(column, format), column.width, column.total});
+                        AlignmentOf(column, format), column.width, column.total, column.group_total});
     has_totals_ = has_totals_ || column.total;
   };
   for (const ColumnDefinition& column : definition.columns) {
@@ -183,6 +183,7 @@ void Report::MakeBands(const Definition& definition) {
 store::Value Report::ValueOf(const Band& band, std::size_t column) const {
   if (band.kind == Band::Kind::kDetail) return table_->ValueAt(band.row, columns_[column].source);
   if (band.totals < 0 || !columns_[column].total) return {};
+  if (columns_[column].group_total && band.kind == Band::Kind::kGrandTotal) return {};
   return totals_[static_cast<std::size_t>(band.totals)][column];
 }
 
@@ -191,17 +192,22 @@ std::string Report::TextOf(const Band& band, std::size_t column) const {
   if (band.kind == Band::Kind::kDetail) {
     return table_->TextAt(band.row, each.source, each.format, formatter_);
   }
-  if (band.totals < 0 || !each.total) return {};
+  const store::Value sum = ValueOf(band, column);
+  if (sum.is_null()) return {};
   const Format own = table_->columns()[static_cast<std::size_t>(each.source)].format;
-  return formatter_(ValueOf(band, column), each.format == Format::kAsShown ? own : each.format);
+  return formatter_(sum, each.format == Format::kAsShown ? own : each.format);
+}
+
+std::string Report::HeaderOf(const Band& band) const {
+  return std::string(platform::Trim(Fill(groups_[band.level].header, band.row)));
 }
 
 std::string Report::CaptionOf(const Band& band) const {
   switch (band.kind) {
     case Band::Kind::kGroupHeader:
-      return Fill(groups_[band.level].header, band.row);
+      return HeaderOf(band);
     case Band::Kind::kGroupTotal:
-      return fmt::format("Total {} ({})", Fill(groups_[band.level].header, band.row), band.rows);
+      return fmt::format("Total {} ({})", HeaderOf(band), band.rows);
     case Band::Kind::kGrandTotal:
       return fmt::format("TOTAL ({})", band.rows);
     case Band::Kind::kCount:

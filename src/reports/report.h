@@ -16,6 +16,7 @@ struct ReportColumn {
   Alignment alignment = Alignment::kLeft;  ///< never kByFormat
   int width = 0;                           ///< characters; 0: by what it holds
   bool total = false;
+  bool group_total = false;  ///< not in the grand total
 };
 
 /// What stands on a page below the headings, from top to bottom.
@@ -55,6 +56,7 @@ class Report {
   void ResolveGroups(const Definition& definition);
   bool StandTogether(const std::vector<int>& columns) const;
   void MakeBands(const Definition& definition);
+  std::string HeaderOf(const Band& band) const;
   std::string Fill(std::string_view text, int row) const;
   [[noreturn]] void Refuse(const std::string& reason) const;
 

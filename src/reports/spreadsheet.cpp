@@ -153,6 +153,7 @@ class Writer {
         if (!std::exchange(captioned, true)) Text(row_, Column(c), report_.CaptionOf(band), bold_);
         continue;
       }
+      if (report_.ValueOf(band, c).is_null()) continue;
       char from[LXW_MAX_CELL_NAME_LENGTH], to[LXW_MAX_CELL_NAME_LENGTH];
       lxw_rowcol_to_cell(from, first, Column(c));
       lxw_rowcol_to_cell(to, row_ - 1, Column(c));

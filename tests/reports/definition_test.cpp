@@ -85,6 +85,11 @@ TEST(Report, GroupsHaveHeadersAndSums) {
                        {{"DE", 1.5, 1}, {"DE", 2, 1}, {"IT", 4, 1}})),
             "[Tara DE]\n DE 1.50\n DE 2.00\n[Total Tara DE (2)]  3.50\n"
             "[Tara IT]\n IT 4.00\n[Total Tara IT (1)]  4.00\n[TOTAL (3)]  7.50\n");
+  EXPECT_EQ(
+      Bands(Made("<Column Field=\"Tara\"/><Column Field=\"Suma\" Total=\"Group\"/><Group Field=\"Tara\" "
+                 "Header=\" {Tara}  \"/>",
+                 {{"DE", 1.5, 1}})),
+      "[DE]\n DE 1.50\n[Total DE (1)]  1.50\n[TOTAL (1)]  \n");
   // Rows of a list that do not stand together are left as the user sorted them.
   EXPECT_EQ(Bands(Made(columns + "<Group Field=\"Tara\"/>", {{"DE", 1, 1}, {"IT", 2, 1}, {"DE", 3, 1}})),
             " DE 1.00\n IT 2.00\n DE 3.00\n[TOTAL (3)]  6.00\n");

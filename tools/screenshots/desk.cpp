@@ -1,5 +1,6 @@
 #include "desk.h"
 
+#include <QFile>
 #include <QTimer>
 
 #include "companies/open_company.h"
@@ -27,6 +28,17 @@ void Desk::Grab(QWidget& window, const QString& state) {
   const QString path = folder_.filePath(name + QStringLiteral(".png"));
   if (!window.grab().save(path)) throw std::runtime_error("cannot write " + path.toStdString());
   std::puts(path.toUtf8().constData());
+}
+
+void Desk::Keep(const std::string& name, const std::function<void(const std::string& path)>& write) {
+  const std::string path = "C:\\Declarix\\" + name;
+  write(path);
+  const QByteArray bytes = QByteArray::fromStdString(on.at.files().Read(path));
+  QFile file(folder_.filePath(QString::fromStdString(name)));
+  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+    throw std::runtime_error("cannot write " + name);
+  }
+  std::puts(file.fileName().toUtf8().constData());
 }
 
 void Desk::GrabModal(const std::function<void()>& action, const QString& state) {

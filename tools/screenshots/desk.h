@@ -39,6 +39,9 @@ class Desk {
   /// A modal window that `action` opens; it is closed after the picture.
   void GrabModal(const std::function<void()>& action, const QString& state = {});
 
+  /// A file that a screen writes, beside the pictures; `write` gets a Windows path.
+  void Keep(const std::string& name, const std::function<void(const std::string& path)>& write);
+
   static void Settle();
 
  private:
@@ -54,6 +57,7 @@ struct Shot {
 std::vector<Shot> Shots();
 std::vector<Shot> ProgramShots();  ///< what stands around the work: splash, main window, about, lists
 std::vector<Shot> DeclarationShots();
+std::vector<Shot> ReportShots();
 std::vector<Shot> EditorShots();  ///< of the declaration editor and what it opens
 std::vector<Shot> ImportShots();  ///< templates and the spreadsheet import
 std::vector<Shot> TariffShots();

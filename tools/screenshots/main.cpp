@@ -70,6 +70,7 @@ int main(int argc, char** argv) {
   std::vector<screenshots::Shot> shots = screenshots::ProgramShots();
   for (const screenshots::Shot& shot : screenshots::Shots()) shots.push_back(shot);
   for (const screenshots::Shot& shot : screenshots::DeclarationShots()) shots.push_back(shot);
+  for (const screenshots::Shot& shot : screenshots::ReportShots()) shots.push_back(shot);
   for (const screenshots::Shot& shot : screenshots::EditorShots()) shots.push_back(shot);
   for (const screenshots::Shot& shot : screenshots::ImportShots()) shots.push_back(shot);
   for (const screenshots::Shot& shot : screenshots::TariffShots()) shots.push_back(shot);
