@@ -41,6 +41,7 @@ class Desktop : public Surroundings {
   void NewDeclaration();
   /// The search box: looks an expression up in the tariff and in the declarations.
   void QuickSearch(const QString& text);
+  void OpenQueries();  ///< any question of the company's database
   /// The exit action by its own key, as closing the main window does.
   void Exit() { program_commands_.Exit(); }
 

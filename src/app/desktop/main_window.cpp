@@ -171,7 +171,7 @@ void MainWindow::BuildPage() {
   search->setPlaceholderText(QStringLiteral("Cauta in tariful vamal si in declaratii"));
   search->setClearButtonEnabled(true);
   search->setMinimumHeight(36);
-  search->setMaximumWidth(496);  // under the two buttons that are used most
+  search->setFixedWidth(496);  // under the two buttons that are used most
   connect(search, &QLineEdit::returnPressed, this, [this, search] {
     if (search->text().trimmed().isEmpty()) return;
     ui::Try(desktop_->context(), [&] { desktop_->QuickSearch(search->text().trimmed()); });
@@ -180,7 +180,18 @@ void MainWindow::BuildPage() {
     search->setFocus();
     search->selectAll();
   });
-  layout->addWidget(search);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(16);
+  row->addWidget(search);
+  auto* queries =
+      new QPushButton(ui::Icon(QStringLiteral("tabele")), QStringLiteral("Interogari &baza de date"), page);
+  queries->setObjectName(QStringLiteral("CmdInterogari"));
+  queries->setMinimumSize(240, 36);
+  connect(queries, &QPushButton::clicked, this,
+          [this] { ui::Try(desktop_->context(), [this] { desktop_->OpenQueries(); }); });
+  row->addWidget(queries);
+  row->addStretch(1);
+  layout->addLayout(row);
   layout->addStretch(1);
 
   phone_ = DarkLabel({}, 1.0, QFont::Normal, page);

@@ -15,6 +15,7 @@
 #include "store/layout/layout.h"
 #include "tariff/screens/advanced_search.h"
 #include "tariff/screens/browser.h"
+#include "tariff/screens/query_builder.h"
 #include "tariff/screens/reference_list.h"
 #include "ui/text.h"
 
@@ -50,6 +51,8 @@ void Desktop::NewDeclaration() {
 void Desktop::QuickSearch(const QString& text) {
   tariff::OpenQuickSearch(context_, text, main_window_.get());
 }
+
+void Desktop::OpenQueries() { tariff::OpenQueryBuilder(context_, main_window_.get()); }
 
 void Desktop::BindWorkScreens() {
   context_.preview_list = [this](const ui::GridContent& content, QWidget* over) {
