@@ -14,7 +14,10 @@ namespace screenshots {
 /// screens, and the folder that takes the pictures.
 class Desk {
  public:
-  explicit Desk(QDir folder) : folder_(std::move(folder)) { on.at.prompter().AcceptAnything(true); }
+  explicit Desk(QDir folder) : folder_(std::move(folder)) {
+    on.at.prompter().AcceptAnything(true);
+    session().user_name = "contabil";
+  }
 
   test_support::ScreenFixture on;
 
