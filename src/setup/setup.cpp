@@ -91,7 +91,7 @@ class Layer {
       const std::string source = data_ + "fisiere\\" + from;
       for (const std::string& name : host_.files.List(source)) {
         const std::string path = root_ + to + name;
-        if (host_.files.Exists(path)) continue;
+        if (host_.files.Exists(path) && !IsFirstReports(name, path)) continue;
         host_.files.Copy(source + name, path);
         // A marker file changed today would say that today's rates have been fetched.
         if (name == "data.txt")
@@ -99,6 +99,15 @@ class Layer {
         outcome_.added.push_back(path);
       }
     }
+  }
+
+  /// The reports of the first version, which nothing could show yet: theirs have no identifier. Later ones
+  /// may hold the user's own work and stay.
+  bool IsFirstReports(std::string_view name, const std::string& path) const {
+    if (name != "UE_Reports.xml") return false;
+    const std::string reports = host_.files.Read(path);
+    return reports.find("<Report Name=\"Lista\" Title=\"REPORT\"") != std::string::npos &&
+           reports.find("<Report Id=") == std::string::npos;
   }
 
   void AddTariffs() {

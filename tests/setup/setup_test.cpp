@@ -100,6 +100,21 @@ TEST(Setup, RunAgainOnlyAddsWhatIsMissing) {
   EXPECT_EQ(at.Get("SELECT COUNT(*) FROM Scripts").ToInteger(), 0);
 }
 
+TEST(Setup, ReplacesTheFirstReportsAndNoLaterOnes) {
+  Installation at;
+  const std::string data = test_support::DataFolder(at.files());
+  const std::string path = Installation::InSystem("ReportDefinition\\UE_Reports.xml");
+  const std::string delivered = at.files().Read(path);
+  at.files().Replace(path, "<Reports><Report Name=\"Lista\" Title=\"REPORT\"></Report></Reports>");
+  EXPECT_THAT(LayDown(at.machine, kDefaultRoot, data).added, testing::ElementsAre(path));
+  EXPECT_EQ(at.files().Read(path), delivered);
+
+  const std::string own = "<Reports><Report Id=\"Al_Meu\" Name=\"Lista\" Title=\"REPORT\"/></Reports>";
+  at.files().Replace(path, own);
+  LayDown(at.machine, kDefaultRoot, data);
+  EXPECT_EQ(at.files().Read(path), own);
+}
+
 TEST(Setup, AddsColumnsOfANewerVersionAndKeepsRows) {
   test_support::TestHost machine;
   const store::Environment environment{.drives = &machine.drives, .link_folder = nullptr};
