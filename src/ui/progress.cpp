@@ -75,7 +75,7 @@ void QtProgress::Show() {
     cancel_->setText(QStringLiteral("Cancelling..."));
     cancel_->setEnabled(false);
   });
-  box_->setObjectName(QStringLiteral("Frm_Progres"));
+  box_->setObjectName(kProgressBox);
   box_->setWindowTitle(title_);
   box_->setWindowModality(Qt::ApplicationModal);
   auto* layout = new QVBoxLayout(box_.get());

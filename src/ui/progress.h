@@ -15,6 +15,9 @@ class QPushButton;
 
 namespace ui {
 
+/// Object name of the progress box.
+inline constexpr QLatin1String kProgressBox("Frm_Progres");
+
 /// The progress of long runs on screen: a modal box with the step's text, a bar and, where the run can stop
 /// safely, a cancel button. It appears once a run has taken 0.3 s and processes the window's events, so that
 /// the program stays alive; until then user input waits. Runs are marked by LongRun; outside of one nothing

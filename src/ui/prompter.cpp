@@ -2,6 +2,7 @@
 
 #include <QMessageBox>
 
+#include "ui/progress.h"
 #include "ui/text.h"
 
 namespace ui {
@@ -26,6 +27,10 @@ QMessageBox::Icon IconOf(platform::Icon icon) {
 int Show(std::string_view text, std::string_view title, platform::Icon icon,
          QMessageBox::StandardButtons buttons, QMessageBox::StandardButton standing) {
   QWidget* over = QApplication::activeModalWidget();
+  if (over != nullptr && over->objectName() == kProgressBox) {
+    over->hide();  // it comes back with the run's next step
+    over = over->parentWidget();
+  }
   if (over == nullptr) over = QApplication::activeWindow();
   QString shown = Q(text);
   shown.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));

@@ -143,7 +143,7 @@ struct OpenDesktop {
   TestDesktop desktop{at.session};
 };
 
-TEST(MainWindow, HasEveryCommandAndSaysWhichAreNotThere) {
+TEST(MainWindow, HasEveryCommandAndEachOneDoesSomething) {
   OpenDesktop open;
   for (const app::Command& command : app::CommandTable()) {
     QAction* action = open.window().action(command.key);
@@ -153,11 +153,9 @@ TEST(MainWindow, HasEveryCommandAndSaysWhichAreNotThere) {
     }
     ASSERT_NE(action, nullptr) << command.key;
     EXPECT_EQ(action->text(), Q(command.caption));
-    const bool built = open.desktop.commands().IsBuilt(command);
-    EXPECT_EQ(action->isEnabled(), built) << command.key;
-    EXPECT_EQ(action->toolTip() == app::kNotBuilt, !built) << command.key;
+    EXPECT_TRUE(open.desktop.commands().IsBuilt(command)) << command.key;
+    EXPECT_TRUE(action->isEnabled()) << command.key;
   }
-  EXPECT_TRUE(open.window().action("SETARI_IMPLICITE")->isEnabled());
 
   // Alt and a letter must mean one thing: the menu bar and the buttons share the window.
   std::set<QString> letters;

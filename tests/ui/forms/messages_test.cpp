@@ -67,6 +67,23 @@ void Work(ui::QtProgress& progress, int ms, int percent) {
   }
 }
 
+TEST(QtProgress, GivesWayToMessages) {
+  ui::QtProgress progress;
+  ui::QtPrompter prompter;
+  const ui::LongRun run(progress, "Titlu");
+  Work(progress, 450, 10);
+  ASSERT_NE(Box(), nullptr);
+  bool covered = true;
+  QTimer::singleShot(0, [&covered] {
+    covered = Box() != nullptr;
+    QApplication::activeModalWidget()->close();
+  });
+  prompter.Message("Gata", "", platform::Icon::kInformation);
+  EXPECT_FALSE(covered);
+  Work(progress, 100, 20);
+  EXPECT_NE(Box(), nullptr);
+}
+
 TEST(QtProgress, AppearsAfterAWhileAndGoesWithTheRun) {
   ui::QtProgress progress;
   Work(progress, 50, 1);  // outside of a run nothing is shown
