@@ -75,6 +75,9 @@ Frm_Intrastat_Lista::Frm_Intrastat_Lista(ui::Context& screen_context, OpenEditor
   ShowFilter();
 }
 
+// A window that is deleted while shown lays its grid out once more: while the rows are still there.
+Frm_Intrastat_Lista::~Frm_Intrastat_Lista() { hide(); }
+
 void Frm_Intrastat_Lista::AddCommands() {
   const auto add = [this](const char* name, const char* caption, const char* icon,
                           std::function<void()> action, const QKeySequence& key = {}) {

@@ -36,6 +36,7 @@ class Frm_Intrastat_Lista : public ui::ListScreen {
   Q_OBJECT
  public:
   Frm_Intrastat_Lista(ui::Context& context, OpenEditor open_editor, QWidget* parent);
+  ~Frm_Intrastat_Lista() override;
 
   /// Reads the list again; the current declaration stays the current one.
   void Refresh();
