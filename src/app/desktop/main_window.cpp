@@ -90,7 +90,7 @@ void MainWindow::BuildMenu() {
     if (command.kind == CommandKind::kNoAction) continue;
     QMenu* parent = command.parent.empty() ? nullptr : menus.at(command.parent);
     if (command.kind == CommandKind::kSeparator) {
-      parent->addSeparator()->setObjectName(Q(command.key));
+      if (parent != nullptr) parent->addSeparator()->setObjectName(Q(command.key));
       continue;
     }
     if (command.kind == CommandKind::kSubMenu) {
