@@ -128,7 +128,6 @@ void Desktop::OpenScreen(Screen screen) {
 }
 
 void Desktop::ShowFirst(QDialog* screen, std::function<void()> on_accepted) {
-  first_screen_ = screen;
   screen->setAttribute(Qt::WA_DeleteOnClose);
   QObject::connect(screen, &QDialog::finished, screen, [this, then = std::move(on_accepted)](int result) {
     if (result == QDialog::Accepted) {
@@ -153,7 +152,8 @@ void Desktop::ShowDefaults(QWidget* parent, std::function<void()> then) {
 
 void Desktop::SelectCompany() {
   if (!CloseScreens()) return;
-  if (companies::Frm_Firme(context_, main_window_.get()).exec() == QDialog::Accepted) CompanyChanged();
+  if (companies::Frm_Firme(context_, main_window_.get()).exec() == QDialog::Accepted)
+    start_up_.CompanyReady();
 }
 
 void Desktop::CreateCompany() {
@@ -161,13 +161,11 @@ void Desktop::CreateCompany() {
   session_->creation_mode = true;
   const bool created = companies::Frm_Firma(context_, main_window_.get()).exec() == QDialog::Accepted;
   if (created) {
-    ShowDefaults(main_window_.get(), [this] { CompanyChanged(); });
+    ShowDefaults(main_window_.get(), [this] { start_up_.CompanyReady(); });
   } else {
     session_->creation_mode = false;
   }
 }
-
-void Desktop::CompanyChanged() { start_up_.CompanyReady(); }
 
 void Desktop::OpenOnce(std::string_view key, const std::function<QDialog*()>& make) {
   QPointer<QDialog>& screen = open_[std::string(key)];

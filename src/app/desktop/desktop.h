@@ -67,8 +67,6 @@ class Desktop : public Surroundings {
   void SelectCompany();
   void CreateCompany();
   void ShowDefaults(QWidget* parent, std::function<void()> then);
-  /// Another company is open now.
-  void CompanyChanged();
   /// A screen that stays open beside the main window; a second call brings the first one forward.
   void OpenOnce(std::string_view key, const std::function<QDialog*()>& make);
   void OpenManualAt(std::string_view screen);
@@ -83,7 +81,6 @@ class Desktop : public Surroundings {
   std::unique_ptr<QLockFile> instance_;
   std::unique_ptr<Splash> splash_;
   std::unique_ptr<MainWindow> main_window_;
-  QPointer<QDialog> first_screen_;
   std::map<std::string, QPointer<QDialog>, std::less<>> open_;
 };
 
