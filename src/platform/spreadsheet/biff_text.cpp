@@ -141,21 +141,17 @@ bool ContinuedReader::UnicodeText(std::string& out) {
   return Skip(std::size_t{runs} * 4) && Skip(extended);
 }
 
-void SharedStrings::Load(ContinuedReader reader) {
+TextPool ReadSharedStrings(ContinuedReader reader) {
+  TextPool pool;
   std::uint32_t total = 0;
   std::uint32_t unique = 0;
-  texts_.clear();
-  ends_.clear();
-  if (!reader.U32(total) || !reader.U32(unique)) return;
+  if (!reader.U32(total) || !reader.U32(unique)) return pool;
   // The counts are only a claim, and some writers get them wrong: the data says how many texts there are.
-  while (!reader.AtEnd()) {
-    const std::size_t begin = texts_.size();
-    if (!reader.UnicodeText(texts_)) {
-      texts_.resize(begin);
-      break;
-    }
-    ends_.push_back(texts_.size());
+  for (std::string text; !reader.AtEnd(); text.clear()) {
+    if (!reader.UnicodeText(text)) break;
+    pool.Add(text);
   }
+  return pool;
 }
 
 }  // namespace platform::spreadsheet

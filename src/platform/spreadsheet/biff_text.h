@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/spreadsheet/text_arena.h"
+
 namespace platform::spreadsheet {
 
 /// Appends BIFF8 characters to UTF-8. A pair of surrogates may arrive in two pieces.
@@ -44,20 +46,8 @@ class ContinuedReader {
   std::size_t at_ = 0;
 };
 
-/// The texts that a BIFF8 workbook's cells share, in one block of UTF-8.
-class SharedStrings {
- public:
-  /// Reads the SST record. Damaged data ends the list early: cells that point past it are refused later.
-  void Load(ContinuedReader reader);
-  std::size_t size() const { return ends_.size(); }
-  std::string_view at(std::size_t index) const {
-    const std::size_t begin = index == 0 ? 0 : ends_[index - 1];
-    return std::string_view(texts_).substr(begin, ends_[index] - begin);
-  }
-
- private:
-  std::string texts_;
-  std::vector<std::size_t> ends_;
-};
+/// The texts that a BIFF8 workbook's cells share, from the SST record. Damaged data ends them early: cells
+/// that point past the last one are refused later.
+TextPool ReadSharedStrings(ContinuedReader reader);
 
 }  // namespace platform::spreadsheet

@@ -44,7 +44,7 @@ class OdsWorkbook : public SheetBook {
     event.kind = cell.kind;
     event.number = cell.number;
     event.zero_pad = cell.zero_pad;
-    event.text = std::string_view(content_.texts).substr(cell.text, cell.length);
+    event.text = cell.text;
     for (std::uint32_t i = 0; i < cell.repeat; ++i) {
       event.column = cell.column + i;
       if (!sink.OnCell(event)) return false;

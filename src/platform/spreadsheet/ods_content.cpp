@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 namespace platform::spreadsheet {
 namespace {
@@ -13,6 +14,8 @@ std::uint64_t Repeats(std::string_view text) {
   if (!text.empty()) std::from_chars(text.data(), text.data() + text.size(), count);
   return std::clamp<std::uint64_t>(count, 1, kMostRepeats);
 }
+
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 // Notes, drawings and the like hold paragraphs and tables of their own.
 bool SaysNothing(std::string_view name) {
@@ -100,14 +103,20 @@ void OdsHandler::StartInText(std::string_view name, const XmlAttributes& attribu
 
 void OdsHandler::OnText(std::string_view text) {
   if (paragraph_ == 0 || skip_ > 0 || text_given_) return;
-  for (const char c : text) {
-    const bool blank = c == ' ' || c == '\t' || c == '\n' || c == '\r';
-    if (!blank) {
-      text_ += c;
-    } else if (!blank_before_) {
-      text_ += ' ';
+  while (!text.empty()) {
+    // As it stands, up to the first blank that is not a single space.
+    std::size_t length = 0;
+    for (; length < text.size(); ++length) {
+      const bool blank = IsBlank(text[length]);
+      if (blank && (blank_before_ || text[length] != ' ')) break;
+      blank_before_ = blank;
     }
-    blank_before_ = blank;
+    text_ += text.substr(0, length);
+    text.remove_prefix(length);
+    if (text.empty()) return;
+    if (!blank_before_) text_ += ' ';
+    blank_before_ = true;
+    text.remove_prefix(1);
   }
 }
 
@@ -214,11 +223,7 @@ void OdsHandler::SetValue(const XmlAttributes& attributes) {
   }
   if (!number) DamagedCell(place, "valoare gresita");
   cell_.number = *number;
-  if (cell_.kind == CellKind::kNumber) {
-    CellEvent checked;
-    SetNumber(checked, {}, *number, false);
-    if (checked.kind == CellKind::kError) cell_.kind = CellKind::kError;
-  }
+  if (cell_.kind == CellKind::kNumber && !std::isfinite(*number)) cell_.kind = CellKind::kError;
   text_given_ = true;
 }
 
@@ -233,12 +238,10 @@ void OdsHandler::EndCell() {
     place.column = static_cast<std::uint32_t>(column);
     DamagedCell(place, "coloana in afara foii");
   }
-  cell_.column = static_cast<std::uint32_t>(column);
-  cell_.repeat = static_cast<std::uint32_t>(cell_repeat_);
+  cell_.column = static_cast<std::uint16_t>(column);
+  cell_.repeat = static_cast<std::uint16_t>(cell_repeat_);
   if (cell_.kind == CellKind::kText || cell_.kind == CellKind::kError) {
-    cell_.text = content_->texts.size();
-    cell_.length = static_cast<std::uint32_t>(text_.size());
-    content_->texts += text_;
+    cell_.text = content_->texts.Add(text_);
   }
   if (content_->cells.size() >= kMostCells) TooManyCells();
   content_->cells.push_back(cell_);

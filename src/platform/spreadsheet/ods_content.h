@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <vector>
 
 #include "platform/spreadsheet/cell_value.h"
 #include "platform/spreadsheet/ods_styles.h"
+#include "platform/spreadsheet/text_arena.h"
 
 namespace platform::spreadsheet {
 
@@ -13,12 +15,11 @@ namespace platform::spreadsheet {
 /// that hold something, repeated ones and repeated rows as their count.
 struct OdsContent {
   struct Cell {
-    std::uint32_t column = 0, repeat = 1;
+    std::uint16_t column = 0, repeat = 1;
     CellKind kind = CellKind::kEmpty;
     std::uint8_t zero_pad = 0;
-    std::uint32_t length = 0;  ///< bytes of a text
     double number = 0;
-    std::size_t text = 0;  ///< where it begins in `texts`
+    std::string_view text;  ///< in `texts`
   };
   struct Row {
     std::uint32_t row = 0, repeat = 1;
@@ -29,8 +30,8 @@ struct OdsContent {
     std::vector<Row> rows;
   };
   std::vector<Sheet> sheets;
-  std::vector<Cell> cells;
-  std::string texts;
+  std::deque<Cell> cells;  // in small blocks: a vector of a million cells would be copied as it grows
+  TextArena texts;
 };
 
 /// Fills the content from content.xml; takes styles from it and from styles.xml, which is read first.

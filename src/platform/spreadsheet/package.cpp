@@ -11,7 +11,7 @@ namespace {
 
 using Reason = SheetError::Reason;
 
-constexpr std::size_t kPiece = 256 * 1024;
+constexpr std::size_t kPiece = 64 * 1024;
 
 struct CloseEntry {
   void operator()(zip_file_t* entry) const { zip_fclose(entry); }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/spreadsheet/sheet.h"
+#include "platform/spreadsheet/text_arena.h"
 
 namespace platform::spreadsheet {
 
@@ -66,7 +67,7 @@ class Table {
   std::vector<Row> rows_;
   std::uint32_t first_row_ = 1;
   std::vector<std::unique_ptr<Cell[]>> cells_;
-  std::vector<std::unique_ptr<char[]>> arena_;
+  TextArena texts_;
   Cell null_;
 };
 

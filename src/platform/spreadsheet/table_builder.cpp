@@ -4,7 +4,6 @@
 #include <charconv>
 #include <chrono>
 #include <cmath>
-#include <cstring>
 #include <set>
 
 #include "platform/encoding.h"
@@ -13,7 +12,6 @@ namespace platform::spreadsheet {
 namespace {
 
 constexpr std::size_t kCellBlock = 16 * 1024;
-constexpr std::size_t kTextBlock = 256 * 1024;
 constexpr std::size_t kLongestName = 64;
 constexpr std::size_t kLongestText = 255;  // of a text column; a longer one makes the column a memo
 constexpr double kSecondsPerDay = 86400;
@@ -152,22 +150,10 @@ void TableBuilder::PutText(std::size_t column, std::string_view text) {
 }
 
 void TableBuilder::SetText(Cell& cell, std::string_view text) {
-  if (bytes_left_ < text.size()) {
-    const std::size_t block = std::max(kTextBlock, text.size());
-    table_.arena_.push_back(std::make_unique_for_overwrite<char[]>(block));
-    next_byte_ = table_.arena_.back().get();
-    bytes_left_ = block;
-  }
+  const std::string_view kept = table_.texts_.Add(text);
   cell.kind = Cell::Kind::kText;
-  cell.length = static_cast<std::uint32_t>(text.size());
-  cell.text = next_byte_;
-  if (text.empty()) {
-    cell.text = "";
-    return;
-  }
-  std::memcpy(next_byte_, text.data(), text.size());
-  next_byte_ += text.size();
-  bytes_left_ -= text.size();
+  cell.length = static_cast<std::uint32_t>(kept.size());
+  cell.text = kept.data();
 }
 
 void TableBuilder::EndRow() {

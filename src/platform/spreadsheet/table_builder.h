@@ -42,8 +42,6 @@ class TableBuilder {
   std::vector<Cell> row_;  ///< being filled
   std::size_t cells_left_ = 0;
   Cell* next_cell_ = nullptr;
-  std::size_t bytes_left_ = 0;
-  char* next_byte_ = nullptr;
 };
 
 /// A heading as the dialect can name it, at most 64 characters, without blanks at its ends.

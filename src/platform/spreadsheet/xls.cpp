@@ -51,13 +51,13 @@ class XlsWorkbook : public SheetBook {
   // Only for the first sheet that is read: whoever asks for the sheets' names does not wait for the texts.
   void LoadStrings() {
     if (globals_.string_segments.empty()) return;
-    strings_.Load(ContinuedReader(std::move(globals_.string_segments)));
+    strings_ = ReadSharedStrings(ContinuedReader(std::move(globals_.string_segments)));
     globals_.string_segments.clear();
   }
 
   std::string stream_;
   XlsGlobals globals_;
-  SharedStrings strings_;
+  TextPool strings_;
 };
 
 }  // namespace

@@ -17,7 +17,7 @@ namespace platform::spreadsheet {
 /// refused before the first cell is delivered; it also puts in order what a writer did not.
 class XlsSheetReader {
  public:
-  XlsSheetReader(std::string_view stream, const XlsGlobals& globals, const SharedStrings& strings)
+  XlsSheetReader(std::string_view stream, const XlsGlobals& globals, const TextPool& strings)
       : stream_(stream), globals_(&globals), strings_(&strings) {}
 
   /// Throws SheetError (kDamaged).
@@ -40,7 +40,7 @@ class XlsSheetReader {
 
   std::string_view stream_;
   const XlsGlobals* globals_;
-  const SharedStrings* strings_;
+  const TextPool* strings_;
   std::vector<CellRecord> cells_;
   std::uint64_t next_place_ = 0;  ///< cells before it are covered by a run of cells already delivered
   std::string text_;              ///< of the cell being delivered

@@ -5,27 +5,10 @@
 #include <vector>
 
 #include "platform/spreadsheet/number_format.h"
+#include "platform/spreadsheet/text_arena.h"
 #include "platform/spreadsheet/xml_stream.h"
 
 namespace platform::spreadsheet {
-
-/// Texts one behind another in one block of UTF-8.
-class TextPool {
- public:
-  void Add(std::string_view text) {
-    texts_ += text;
-    ends_.push_back(texts_.size());
-  }
-  std::size_t size() const { return ends_.size(); }
-  std::string_view at(std::size_t index) const {
-    const std::size_t begin = index == 0 ? 0 : ends_[index - 1];
-    return std::string_view(texts_).substr(begin, ends_[index] - begin);
-  }
-
- private:
-  std::string texts_;
-  std::vector<std::size_t> ends_;
-};
 
 /// What the parts around the sheets of an .xlsx file say (ECMA-376 part 1, 18).
 struct XlsxParts {

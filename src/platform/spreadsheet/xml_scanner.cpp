@@ -1,6 +1,7 @@
 #include "platform/spreadsheet/xml_scanner.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
 
@@ -14,17 +15,37 @@ constexpr std::size_t kLongestMarkup = 4u << 20;  // bytes; it is scanned anew w
 constexpr std::size_t kLongestReference = 12;
 constexpr std::size_t kDeepest = 256;
 
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-bool EndsName(char c) { return IsBlank(c) || c == '=' || c == '/' || c == '>' || c == '<' || c == '"'; }
+// What a byte may be the end of. Every set has NUL, which stands behind the buffer and in no XML text, so
+// that the loops below need not watch the end.
+enum : std::uint8_t { kBlank = 1, kName = 2, kText = 4, kQuoted = 8, kApostrophed = 16 };
 
-const char* SkipBlanks(const char* at, const char* end) {
-  while (at < end && IsBlank(*at)) ++at;
+constexpr std::array<std::uint8_t, 256> kEnds = [] {
+  std::array<std::uint8_t, 256> ends{};
+  const auto mark = [&](std::string_view bytes, int sets) {
+    for (const char c : bytes) ends[static_cast<unsigned char>(c)] |= static_cast<std::uint8_t>(sets);
+  };
+  mark(" \t\n\r", kBlank | kName);
+  mark("=/>\"'", kName);
+  mark("<", kName | kText | kQuoted | kApostrophed);
+  mark("&", kText | kQuoted | kApostrophed);
+  mark("\"", kQuoted);
+  mark("'", kApostrophed);
+  mark({"\0", 1}, kName | kText | kQuoted | kApostrophed);
+  return ends;
+}();
+
+bool Is(char c, int sets) { return (kEnds[static_cast<unsigned char>(c)] & sets) != 0; }
+bool IsBlank(char c) { return Is(c, kBlank); }
+
+const char* SkipBlanks(const char* at) {
+  while (IsBlank(*at)) ++at;
   return at;
 }
 
-const char* Find(const char* at, const char* end, char c) {
-  const void* const found = std::memchr(at, c, static_cast<std::size_t>(end - at));
-  return found == nullptr ? end : static_cast<const char*>(found);
+// The first byte that ends what the set names, or what lies behind the buffer.
+const char* EndOf(const char* at, int sets) {
+  while (!Is(*at, sets)) ++at;
+  return at;
 }
 
 std::string_view Between(const char* from, const char* to) {
@@ -38,6 +59,15 @@ const char* SkipAscii(const char* at, const char* end) {
   }
   while (at < end && static_cast<unsigned char>(*at) < 0x80) ++at;
   return at;
+}
+
+// The end, or where a reference begins that the end may have cut.
+const char* BeforeCutReference(const char* at, const char* end) {
+  const std::size_t tail = std::min<std::size_t>(kLongestReference, static_cast<std::size_t>(end - at));
+  const std::string_view last = Between(end - tail, end);
+  const std::size_t mark = last.rfind('&');
+  const bool cut = mark != std::string_view::npos && last.find(';', mark) == std::string_view::npos;
+  return cut ? end - tail + mark : end;
 }
 
 }  // namespace
@@ -55,86 +85,99 @@ void AppendUtf8(std::string& out, std::uint32_t code) {
 
 void XmlScanner::Fail(const char* what) const {
   const std::uint64_t offset =
-      consumed_ + (place_ == nullptr ? 0 : static_cast<std::uint64_t>(place_ - buffer_.data()));
+      consumed_ + (place_ == nullptr ? 0 : static_cast<std::uint64_t>(place_ - base_));
   throw SheetError(SheetError::Reason::kDamaged, fmt::format("XML gresit la octetul {}: {}", offset, what));
 }
 
-void XmlScanner::Feed(std::string_view piece) {
-  buffer_ += piece;
-  if (!started_) {
-    if (buffer_.size() < 3) return;
-    started_ = true;
-    if (buffer_.starts_with("\xFF\xFE") || buffer_.starts_with("\xFE\xFF")) Fail("nu este scris in UTF-8");
-    if (buffer_.starts_with("\xEF\xBB\xBF")) {
-      buffer_.erase(0, 3);
-      consumed_ = 3;
+void XmlScanner::Feed(const std::string& piece) {
+  constexpr std::size_t kJoin = 4096;  // bytes, so that nearly all of a piece is scanned where it stands
+  for (std::string_view rest = piece; !rest.empty();) {
+    if (started_ && left_.empty()) {
+      left_ = rest.substr(Scan(rest));
+      return;
+    }
+    const std::size_t before = left_.size();
+    const std::size_t more = std::min(rest.size(), std::max(kJoin, before));
+    left_ += rest.substr(0, more);
+    if (!started_ && left_.size() >= 3) Start();
+    const std::size_t taken = started_ ? Scan(left_) : 0;
+    if (taken > before) {
+      rest.remove_prefix(taken - before);
+      left_.clear();
+    } else {
+      rest.remove_prefix(more);
+      left_.erase(0, taken);
     }
   }
-  CheckCharacters(false);
-  Scan();
+}
+
+void XmlScanner::Start() {
+  started_ = true;
+  if (left_.starts_with("\xFF\xFE") || left_.starts_with("\xFE\xFF")) Fail("nu este scris in UTF-8");
+  // A byte order mark is a blank before the root.
+  if (left_.starts_with("\xEF\xBB\xBF")) left_.replace(0, 3, "   ");
 }
 
 void XmlScanner::Finish() {
+  CheckCharacters(left_, true);
   place_ = nullptr;
-  CheckCharacters(true);
-  if (!buffer_.empty() || !open_.empty() || !rooted_) Fail("se termina prea devreme");
+  if (!left_.empty() || !open_.empty() || !rooted_) Fail("se termina prea devreme");
 }
 
-// A character that the piece cuts waits for the next one.
-void XmlScanner::CheckCharacters(bool last) {
-  const char* const end = buffer_.data() + buffer_.size();
-  const char* at = SkipAscii(buffer_.data() + checked_, end);
+// The bytes that are whole characters; one that the end cuts waits for the next piece.
+std::size_t XmlScanner::CheckCharacters(std::string_view text, bool last) {
+  base_ = text.data();
+  const char* const end = text.data() + text.size();
+  const char* at = SkipAscii(text.data(), end);
   while (at < end) {
     const auto lead = static_cast<unsigned char>(*at);
     const std::ptrdiff_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     if (end - at < length && !last) break;
     const char* const next = at + std::min(length, end - at);
+    place_ = at;
     if (!IsValidUtf8(Between(at, next))) Fail("octeti care nu sunt UTF-8");
     at = SkipAscii(next, end);
   }
-  checked_ = static_cast<std::size_t>(at - buffer_.data());
+  return static_cast<std::size_t>(at - text.data());
 }
 
-void XmlScanner::Scan() {
-  const char* at = buffer_.data();
-  const char* const end = at + checked_;
+// Answers how many bytes it could take.
+std::size_t XmlScanner::Scan(std::string_view text) {
+  const char* at = text.data();
+  const char* const end = at + CheckCharacters(text, false);
   while (at < end) {
     place_ = at;
-    const char* const markup = Find(at, end, '<');
-    const char* text_end = markup;
-    if (markup == end) {
-      // A reference at the end may be cut.
-      const std::size_t tail = std::min<std::size_t>(kLongestReference, static_cast<std::size_t>(end - at));
-      const std::string_view last = Between(end - tail, end);
-      const std::size_t mark = last.rfind('&');
-      if (mark != std::string_view::npos && last.find(';', mark) == std::string_view::npos) {
-        text_end = end - tail + mark;
-      }
-    }
-    if (text_end > at) EmitText(Between(at, text_end));
-    at = text_end;
-    if (markup == end) break;
-    place_ = at;
-    const char* const next = TakeMarkup(at, end);
+    const char* const next = *at == '<' ? TakeMarkup(at, end) : TakeText(at, end);
     if (next == nullptr) {
       if (static_cast<std::size_t>(end - at) > kLongestMarkup) Fail("element prea lung");
       break;
     }
     at = next;
   }
-  const auto done = static_cast<std::size_t>(at - buffer_.data());
-  buffer_.erase(0, done);
-  checked_ -= done;
-  consumed_ += done;
   place_ = nullptr;
+  const auto taken = static_cast<std::size_t>(at - text.data());
+  consumed_ += taken;
+  return taken;
 }
 
-void XmlScanner::EmitText(std::string_view text) {
+// Null where nothing can be taken until more has come.
+const char* XmlScanner::TakeText(const char* at, const char* end) {
+  const char* stop = EndOf(at, kText);
+  const bool references = stop < end && *stop == '&';
+  while (stop < end && *stop == '&') stop = EndOf(stop + 1, kText);
+  if (stop >= end) {
+    stop = references ? BeforeCutReference(at, end) : end;
+    if (stop == at) return nullptr;
+  } else if (*stop == '\0') {
+    place_ = stop;
+    Fail("octet nul");
+  }
   if (!open_.empty()) {
-    handler_->OnText(Resolve(text, text_));
-  } else if (!std::all_of(text.begin(), text.end(), IsBlank)) {
+    handler_->OnText(Resolve(Between(at, stop), text_));
+  } else if (!std::all_of(at, stop, IsBlank)) {
     Fail("text in afara elementelor");
   }
+  return stop;
 }
 
 const char* XmlScanner::Past(const char* at, const char* end, std::string_view mark) const {
@@ -161,12 +204,13 @@ const char* XmlScanner::TakeMarkup(const char* at, const char* end) {
 }
 
 const char* XmlScanner::TakeEndTag(const char* at, const char* end) {
-  const char* const close = Find(at, end, '>');
-  if (close == end) return nullptr;
-  const char* name_end = close;
-  while (IsBlank(name_end[-1])) --name_end;
+  const char* const name_end = EndOf(at + 2, kName);
+  const char* const close = SkipBlanks(name_end);
+  if (close >= end) return nullptr;
   const std::string_view name = Between(at + 2, name_end);
-  if (open_.empty() || std::string_view(names_).substr(open_.back()) != name) Fail("element inchis gresit");
+  if (*close != '>' || open_.empty() || std::string_view(names_).substr(open_.back()) != name) {
+    Fail("element inchis gresit");
+  }
   handler_->OnEnd(name);
   names_.resize(open_.back());
   open_.pop_back();
@@ -174,38 +218,22 @@ const char* XmlScanner::TakeEndTag(const char* at, const char* end) {
 }
 
 const char* XmlScanner::TakeElement(const char* at, const char* end) {
-  const char* here = at + 1;
-  while (here < end && !EndsName(*here)) ++here;
-  if (here == end) return nullptr;
+  const char* here = EndOf(at + 1, kName);
+  if (here >= end) return nullptr;
   const std::string_view name = Between(at + 1, here);
   if (name.empty()) Fail("element fara nume");
   attributes_.clear();
-  values_.clear();
+  if (!values_.empty()) values_.clear();
   for (;;) {
-    const char* const start = SkipBlanks(here, end);
-    if (start == end) return nullptr;
+    const char* const start = SkipBlanks(here);
+    if (start >= end) return nullptr;
     if (*start == '>' || *start == '/') {
       here = start;
       break;
     }
     if (start == here) Fail("atribute lipite");
-    here = start;
-    while (here < end && !EndsName(*here)) ++here;
-    const std::string_view attribute = Between(start, here);
-    here = SkipBlanks(here, end);
-    if (here == end) return nullptr;
-    if (*here != '=' || attribute.empty()) Fail("atribut fara valoare");
-    here = SkipBlanks(here + 1, end);
-    if (here == end) return nullptr;
-    const char quote = *here++;
-    if (quote != '"' && quote != '\'') Fail("atribut fara ghilimele");
-    const char* const close = Find(here, end, quote);
-    if (close == end) return nullptr;
-    std::string_view value = Between(here, close);
-    if (Find(here, close, '<') != close) Fail("atribut neinchis");
-    if (Find(here, close, '&') != close) value = Resolve(value, values_.emplace_back());
-    attributes_.push_back({attribute, value});
-    here = close + 1;
+    here = TakeAttribute(start, end);
+    if (here == nullptr) return nullptr;
   }
   const bool empty = *here == '/';
   if (empty) {
@@ -223,6 +251,29 @@ const char* XmlScanner::TakeElement(const char* at, const char* end) {
     names_ += name;
   }
   return here + 1;
+}
+
+// Behind the value's closing mark; null where that has not come yet.
+const char* XmlScanner::TakeAttribute(const char* at, const char* end) {
+  const char* here = EndOf(at, kName);
+  const std::string_view name = Between(at, here);
+  here = SkipBlanks(here);
+  if (here >= end) return nullptr;
+  if (*here != '=' || name.empty()) Fail("atribut fara valoare");
+  here = SkipBlanks(here + 1);
+  if (here >= end) return nullptr;
+  const char quote = *here++;
+  if (quote != '"' && quote != '\'') Fail("atribut fara ghilimele");
+  const int ends = quote == '"' ? kQuoted : kApostrophed;
+  const char* stop = EndOf(here, ends);
+  const bool references = stop < end && *stop == '&';
+  while (stop < end && *stop == '&') stop = EndOf(stop + 1, ends);
+  if (stop >= end) return nullptr;
+  if (*stop != quote) Fail("atribut neinchis");
+  std::string_view value = Between(here, stop);
+  if (references) value = Resolve(value, values_.emplace_back());
+  attributes_.push_back({name, value});
+  return stop + 1;
 }
 
 std::string_view XmlScanner::Resolve(std::string_view text, std::string& out) const {

@@ -17,27 +17,29 @@ namespace platform::spreadsheet {
 class XmlScanner {
  public:
   explicit XmlScanner(XmlHandler& handler) : handler_(&handler) {}
-  void Feed(std::string_view piece);
+  void Feed(const std::string& piece);
   /// Checks that the text has not ended too early.
   void Finish();
 
  private:
   [[noreturn]] void Fail(const char* what) const;
-  void CheckCharacters(bool last);
-  void Scan();
-  void EmitText(std::string_view text);
+  void Start();
+  std::size_t CheckCharacters(std::string_view text, bool last);
+  std::size_t Scan(std::string_view text);
+  const char* TakeText(const char* at, const char* end);
   const char* TakeMarkup(const char* at, const char* end);
   const char* TakeElement(const char* at, const char* end);
+  const char* TakeAttribute(const char* at, const char* end);
   const char* TakeEndTag(const char* at, const char* end);
   /// Behind the closing mark; null where it has not come yet.
   const char* Past(const char* at, const char* end, std::string_view mark) const;
   std::string_view Resolve(std::string_view text, std::string& out) const;
 
   XmlHandler* handler_;
-  std::string buffer_;
-  std::size_t checked_ = 0;      ///< bytes of the buffer known to be UTF-8
-  std::uint64_t consumed_ = 0;   ///< bytes before the buffer
-  const char* place_ = nullptr;  ///< being scanned
+  std::string left_;             ///< what the pieces so far end in and cut
+  std::uint64_t consumed_ = 0;   ///< bytes taken
+  const char* base_ = nullptr;   ///< of the text being scanned, behind which stands a NUL
+  const char* place_ = nullptr;  ///< in it
   std::vector<XmlAttribute> attributes_;
   std::deque<std::string> values_;  ///< of attributes with references
   std::string text_;
