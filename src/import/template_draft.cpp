@@ -22,12 +22,18 @@ std::optional<int> Whole(const store::Value& value) {
 
 }  // namespace
 
+TemplateDraft::TemplateDraft(session::Session& session) : session_(&session) {
+  header.Work_Sheet_Name = kDefaultSheet;
+  stored_header_ = header;
+}
+
 bool TemplateDraft::Open(std::string_view Nume_Structura) {
   TemplateEditor editor(*session_);
   if (!editor.Open(Nume_Structura)) return false;
   const store::Recordset& from = editor.header();
   header = {from["Nume_Structura"].ToText(), from["TIP"].ToText(), from["Locatie_Implicita"].ToText(),
             from["Work_Sheet_Name"].ToText(), from["SampleExcelFile"].ToText()};
+  if (store::IsEmpty(header.Work_Sheet_Name)) header.Work_Sheet_Name = kDefaultSheet;
   rows_.clear();
   store::Recordset columns = editor.columns();
   for (; !columns.eof(); columns.MoveNext()) {

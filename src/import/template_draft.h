@@ -11,7 +11,7 @@
 
 namespace importer {
 
-/// Header of a template, as its fields are typed.
+/// Header of a template, as its fields are typed. "Sheet1" is offered where no worksheet is named.
 struct TemplateHeader {
   std::string Nume_Structura, TIP, Locatie_Implicita, Work_Sheet_Name, SampleExcelFile;
   friend bool operator==(const TemplateHeader&, const TemplateHeader&) = default;
@@ -33,7 +33,7 @@ struct TemplateRow {
 /// one that breaks a rule is shown, answers false and changes nothing.
 class TemplateDraft {
  public:
-  explicit TemplateDraft(session::Session& session) : session_(&session) {}  ///< a new one
+  explicit TemplateDraft(session::Session& session);  ///< a new one
 
   /// Answers whether there is a template of that name. Throws store::Error.
   bool Open(std::string_view Nume_Structura);

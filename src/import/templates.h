@@ -58,8 +58,7 @@ struct Sample {
   std::string label;  ///< "Numar coloane in fisierul excel : 12"
 };
 inline constexpr const char* kSampleHeadings[] = {"Nr. Coloana", "Cap Coloana", "Prima Valoare"};
-inline constexpr char kSampleFilter[] = "Excel Files (*.xls)|*.xls|";
-/// The same with the other formats behind, for the file dialogs of templates and import.
+/// Filter of the file dialogs that choose a worksheet, in pairs of caption and patterns.
 inline constexpr char kWorksheetFilter[] =
     "Excel Files (*.xls)|*.xls|Foi de calcul (*.xls;*.xlsx;*.ods;*.csv)|*.xls;*.xlsx;*.ods;*.csv|";
 inline constexpr char kDefaultSheet[] = "Sheet1";

@@ -1,5 +1,6 @@
 #include "import/worksheet.h"
 
+#include "platform/encoding.h"
 #include "platform/spreadsheet/sheet.h"
 
 namespace importer {
@@ -37,6 +38,12 @@ std::string WrongRule(store::Connection& source, const std::vector<ColumnRule>& 
   return "";
 }
 
+/// A reason that tells which file it is about.
+std::string NamingFile(const std::string& reason, std::string_view path) {
+  if (reason.find(platform::FileNameOf(path)) != std::string::npos) return reason;
+  return "Fisierul " + std::string(path) + ": " + reason;
+}
+
 }  // namespace
 
 store::Environment SourceEnvironment(session::Session& session) {
@@ -45,18 +52,27 @@ store::Environment SourceEnvironment(session::Session& session) {
   return environment;
 }
 
-std::vector<std::string> SheetNames(session::Session& session, std::string_view path) {
-  std::vector<std::string> names;
+bool SheetList::Has(std::string_view sheet) const {
+  return std::any_of(names.begin(), names.end(),
+                     [sheet](const std::string& name) { return platform::EqualsNoCase(name, sheet); });
+}
+
+SheetList ReadSheetList(session::Session& session, std::string_view path) {
+  SheetList list;
+  if (!session.host.files.Exists(path)) {
+    list.problem = "Nu exista fisierul : " + std::string(path);
+    return list;
+  }
   try {
     store::Connection source(SourceEnvironment(session));
     source.Open(store::SampleSheetString(path));
     for (const store::SchemaTable& table : source.Tables()) {
-      names.push_back(table.name.substr(0, table.name.rfind('$')));
+      list.names.push_back(table.name.substr(0, table.name.rfind('$')));
     }
-  } catch (const store::Error&) {
-    names.clear();  // what is wrong is said when the file is read
+  } catch (const store::Error& error) {
+    list = {{}, NamingFile(error.description(), path)};
   }
-  return names;
+  return list;
 }
 
 std::vector<std::string> Headings(store::Connection& source, std::string_view sheet) {
@@ -103,12 +119,13 @@ Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::s
       result.problem = "Macheta " + std::string(Nume_Structura) + " nu are nicio coloana";
       return result;
     }
-    return ReadThrough(source, sheet, headings, rules);
+    result = ReadThrough(source, sheet, headings, rules);
   } catch (const store::Error& error) {
     result.problem = error.description();
   } catch (const platform::spreadsheet::SheetError& error) {
     result.problem = error.what();
   }
+  if (!result.problem.empty()) result.problem = NamingFile(result.problem, path);
   return result;
 }
 

@@ -29,8 +29,13 @@ Worksheet ReadThrough(store::Connection& source, std::string_view sheet,
 Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::string_view sheet,
                         std::string_view Nume_Structura);
 
-/// The worksheets of a file, without the driver's "$"; none where it cannot be read.
-std::vector<std::string> SheetNames(session::Session& session, std::string_view path);
+/// The worksheets of a file, without the driver's "$", or why there are none.
+struct SheetList {
+  std::vector<std::string> names;
+  std::string problem;
+  bool Has(std::string_view sheet) const;
+};
+SheetList ReadSheetList(session::Session& session, std::string_view path);
 
 /// Connection settings for a worksheet or text source of this installation.
 store::Environment SourceEnvironment(session::Session& session);

@@ -4,12 +4,19 @@
 #include <QStandardPaths>
 
 #include "import/template_rows.h"
-#include "import/worksheet.h"
+#include "import/templates.h"
+#include "ui/memory.h"
 #include "ui/text.h"
 
 namespace importer {
 
 using ui::Q;
+
+namespace {
+
+constexpr char kMemory[] = "Foi_de_calcul", kFilterKey[] = "filtru";
+
+}  // namespace
 
 FileChooser WorksheetDialog(ui::Context& context, QWidget* parent) {
   return [&context, parent](std::string_view folder) -> std::string {
@@ -18,11 +25,11 @@ FileChooser WorksheetDialog(ui::Context& context, QWidget* parent) {
     if (!folder.empty() && files.FolderExists(folder)) {
       start = QString::fromStdU16String(files.ToHost(folder).u16string());
     }
-    const QString chosen = QFileDialog::getOpenFileName(
-        parent, QStringLiteral("Alegeti fisierul excel"), start,
-        QStringLiteral("Excel Files (*.xls);;Excel 2007 (*.xlsx);;OpenDocument (*.ods);;Text CSV (*.csv);;"
-                       "Toate foile de calcul (*.xls *.xlsx *.ods *.csv)"));
+    QString filter = context.memory.Get(QString::fromLatin1(kMemory), QString::fromLatin1(kFilterKey));
+    const QString chosen = QFileDialog::getOpenFileName(parent, QStringLiteral("Alegeti fisierul excel"),
+                                                        start, DialogFilter(kWorksheetFilter), &filter);
     if (chosen.isEmpty()) return {};
+    context.memory.Set(QString::fromLatin1(kMemory), QString::fromLatin1(kFilterKey), filter);
     return files.drives().FromHost(std::filesystem::path(chosen.toStdU16String()));
   };
 }
@@ -33,14 +40,29 @@ void FillChoices(const session::Session& session, QComboBox& box, std::string_vi
   for (const std::string& item : items.empty() ? otherwise : items) box.addItem(Q(item));
 }
 
-std::vector<std::string> OfferSheets(session::Session& session, QComboBox& box, std::string_view path) {
+QString DialogFilter(std::string_view filter) {
+  QStringList parts = Q(filter).split('|', Qt::SkipEmptyParts);
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    const QString caption = parts[i].section('(', 0, 0).trimmed();
+    filters += QStringLiteral("%1 (%2)").arg(caption, parts[i + 1].replace(';', ' '));
+  }
+  return filters.join(QStringLiteral(";;"));
+}
+
+std::string TypedPath(const QString& text) {
+  QString path = text.trimmed();
+  if (path.size() > 1 && path.startsWith('"') && path.endsWith('"')) path = path.mid(1, path.size() - 2);
+  return ui::Utf8(path.trimmed());
+}
+
+SheetList OfferSheets(session::Session& session, QComboBox& box, std::string_view path) {
   const QString typed = box.currentText();
+  SheetList list = ReadSheetList(session, path);
   box.clear();
-  std::vector<std::string> names;
-  if (session.host.files.Exists(path)) names = SheetNames(session, path);
-  for (const std::string& name : names) box.addItem(Q(name));
+  for (const std::string& name : list.names) box.addItem(Q(name));
   box.setEditText(typed);
-  return names;
+  return list;
 }
 
 }  // namespace importer

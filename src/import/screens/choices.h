@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "import/worksheet.h"
 #include "ui/context.h"
 
 namespace importer {
@@ -12,14 +13,20 @@ namespace importer {
 /// Asks for a worksheet, starting in a folder (Windows path, may be ""); its Windows path, or "" where the
 /// user gives up.
 using FileChooser = std::function<std::string(std::string_view folder)>;
-/// The file dialog, over `parent`; .xls files are offered first.
+/// The file dialog with kWorksheetFilter, over `parent`. It comes back with the filter chosen last.
 FileChooser WorksheetDialog(ui::Context& context, QWidget* parent);
 
 /// Fills a list from its text file in the folder "ComboBox", or from `otherwise` where that is missing.
 void FillChoices(const session::Session& session, QComboBox& box, std::string_view screen,
                  const std::vector<std::string>& otherwise);
 
+/// A filter of "caption|pattern;pattern|" pairs as Qt writes it.
+QString DialogFilter(std::string_view filter);
+
+/// A path as it was typed or pasted; the file manager copies paths in quotes.
+std::string TypedPath(const QString& text);
+
 /// Offers a file's worksheets; the text stays as it is. Answers them.
-std::vector<std::string> OfferSheets(session::Session& session, QComboBox& box, std::string_view path);
+SheetList OfferSheets(session::Session& session, QComboBox& box, std::string_view path);
 
 }  // namespace importer

@@ -83,8 +83,9 @@ void Frm_Preluare::AddFields() {
   required("Sheet_Name");
   AddBeside(new QLabel(this));
   connect(path, &QLineEdit::editingFinished, this, [this, path] {
-    if (path->isModified()) TakeFile(ui::Utf8(path->text().trimmed()));
+    if (!path->isModified()) return;
     path->setModified(false);
+    Try([this, path] { TakeFile(TypedPath(path->text())); });
   });
 
   QLineEdit* company =
@@ -153,15 +154,15 @@ void Frm_Preluare::FollowTemplate() {
   TemplateDraft chosen(session());
   if (name.empty() || !chosen.Open(name)) return;
   folder_ = chosen.header.Locatie_Implicita;
-  sheet_->setEditText(
-      Q(chosen.header.Work_Sheet_Name.empty() ? std::string(kDefaultSheet) : chosen.header.Work_Sheet_Name));
+  sheet_->setEditText(Q(chosen.header.Work_Sheet_Name));
+  FitSheet();
   for (int i = 0; i < operation_->count(); ++i) {
     if (operation_->itemText(i).endsWith(Q(chosen.header.TIP))) operation_->setCurrentIndex(i);
   }
 }
 
 void Frm_Preluare::ChooseFile() {
-  const std::string now = ui::Utf8(Text(QStringLiteral("Nume_Fisier")).trimmed());
+  const std::string now = TypedPath(Text(QStringLiteral("Nume_Fisier")));
   std::string folder = now.empty() ? folder_ : std::string(platform::FolderOf(now));
   if (folder.empty()) {
     folder = ui::Utf8(context().memory.Get(objectName(), QString::fromLatin1(kFolderKey)));
@@ -174,13 +175,18 @@ void Frm_Preluare::ChooseFile() {
 }
 
 void Frm_Preluare::TakeFile(const std::string& path) {
-  const std::vector<std::string> sheets = OfferSheets(session(), *sheet_, path);
-  const std::string typed = ui::Utf8(sheet_->currentText());
-  const bool there = std::any_of(sheets.begin(), sheets.end(), [&](const std::string& sheet) {
-    return platform::EqualsNoCase(sheet, typed);
-  });
-  // Where the file has but one sheet there is nothing to choose.
-  if (!there && sheets.size() == 1) sheet_->setEditText(Q(sheets.front()));
+  const SheetList sheets = OfferSheets(session(), *sheet_, path);
+  state_->setText(path.empty() ? QString() : Q(sheets.problem));
+  FitSheet();
+}
+
+void Frm_Preluare::FitSheet() {
+  if (sheet_->count() == 0 || sheet_->findText(sheet_->currentText(), Qt::MatchFixedString) >= 0) return;
+  if (sheet_->count() == 1) return sheet_->setEditText(sheet_->itemText(0));  // nothing to choose
+  QStringList names;
+  for (int i = 0; i < sheet_->count(); ++i) names += sheet_->itemText(i);
+  state_->setText(QStringLiteral("Fisierul nu are foaia \"%1\". Alegeti una dintre foile lui: %2")
+                      .arg(sheet_->currentText(), names.join(QStringLiteral(", "))));
 }
 
 void Frm_Preluare::EditTemplate() {
@@ -194,7 +200,7 @@ void Frm_Preluare::EditTemplate() {
 void Frm_Preluare::NewTemplate() {
   Frm_Macheta editor(context(), "", this, choose_file_);
   const std::string operation = ui::Utf8(operation_->currentText());
-  editor.BeginWith(ui::Utf8(Text(QStringLiteral("Nume_Fisier")).trimmed()),
+  editor.BeginWith(TypedPath(Text(QStringLiteral("Nume_Fisier"))),
                    operation.substr(std::min(operation.find('-') + 1, operation.size())));
   editor.exec();
   if (!editor.Nume_Structura().empty()) ReadTemplates(editor.Nume_Structura());
@@ -205,7 +211,7 @@ Inputs Frm_Preluare::Typed() const {
   Inputs inputs;
   inputs.Anul = Text(QStringLiteral("Anul")).toInt();
   inputs.Luna = Text(QStringLiteral("Luna")).toInt();
-  inputs.path = text("Nume_Fisier");
+  inputs.path = TypedPath(Text(QStringLiteral("Nume_Fisier")));
   inputs.sheet = text("Sheet_Name");
   inputs.Cod_Fiscal = text("Cod_Fiscal");
   inputs.Nume_Structura = text("Nume_Macheta");
@@ -239,7 +245,7 @@ void Frm_Preluare::ShowResult() {
   declaration_->setEnabled(result_.saved > 0 && open_declaration_ != nullptr);
 }
 
-void Frm_Preluare::ShowRejected() { Frm_Preluare_Respinse(context(), taken_, result_.rejected, this).exec(); }
+void Frm_Preluare::ShowRejected() { Frm_Preluare_Respinse(context(), taken_, result_, this).exec(); }
 
 void Frm_Preluare::FocusMissing() {
   for (const char* name : {"Anul", "Luna", "Nume_Fisier", "Sheet_Name", "Nume_Macheta", "Tip_Operatiune"}) {

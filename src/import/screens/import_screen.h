@@ -31,6 +31,7 @@ class Frm_Preluare : public ui::Form {
   void FollowTemplate();
   void ChooseFile();
   void TakeFile(const std::string& path);
+  void FitSheet();  ///< takes the file's only sheet; where it has others than the one named, says so
   void EditTemplate();
   void NewTemplate();
   void Run();

@@ -51,15 +51,17 @@ class RejectedModel : public ui::GridModel {
 }  // namespace
 
 Frm_Preluare_Respinse::Frm_Preluare_Respinse(ui::Context& screen_context, const Inputs& inputs,
-                                             std::vector<importer::Rejected> rejected, QWidget* parent)
+                                             const Result& result, QWidget* parent)
     : ListScreen(screen_context, QStringLiteral("Frm_Preluare_Respinse"), parent) {
   setWindowTitle(QStringLiteral("Randuri care nu s-au preluat - ") + Q(platform::FileNameOf(inputs.path)));
   SetFirstSize({900, 480});
   AddListCommands(QStringLiteral("Randuri care nu s-au preluat: %1, foaia %2")
                       .arg(Q(platform::FileNameOf(inputs.path)), Q(inputs.sheet)));
-  SetModel(new RejectedModel(std::move(rejected), inputs.tip_operatiune.starts_with('I'), this));
+  SetModel(new RejectedModel(result.rejected, inputs.tip_operatiune.starts_with('I'), this));
   ShowStatus(
-      QStringLiteral("Celelalte randuri s-au preluat. Dupa corectare preluati numai randurile acestea."));
+      result.saved > 0
+          ? QStringLiteral("Celelalte randuri s-au preluat. Dupa corectare preluati numai randurile acestea.")
+          : QStringLiteral("Niciun rand nu s-a preluat. Verificati macheta si preluati fisierul din nou."));
 }
 
 }  // namespace importer

@@ -9,9 +9,7 @@ namespace importer {
 class Frm_Preluare_Respinse : public ui::ListScreen {
   Q_OBJECT
  public:
-  /// `inputs` are those of the run.
-  Frm_Preluare_Respinse(ui::Context& context, const Inputs& inputs, std::vector<importer::Rejected> rejected,
-                        QWidget* parent);
+  Frm_Preluare_Respinse(ui::Context& context, const Inputs& inputs, const Result& result, QWidget* parent);
 };
 
 }  // namespace importer

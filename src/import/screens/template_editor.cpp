@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QScopeGuard>
 #include <QSplitter>
 #include <QTimer>
 
@@ -83,9 +84,15 @@ void Frm_Macheta::AddHeader() {
   auto* folder = BesideButton(this, "CmdLocatie", QStringLiteral("Alege folderul"));
   connect(folder, &QPushButton::clicked, this, [this] { ChooseFolder(); });
   AddBeside(folder);
-  AddText(QStringLiteral("SampleExcelFile"), QStringLiteral("Fisier &exemplu"), 56,
-          QStringLiteral("Un fisier de felul celor care se vor prelua; din el se citesc coloanele"))
-      ->setMaxLength(255);
+  QLineEdit* path =
+      AddText(QStringLiteral("SampleExcelFile"), QStringLiteral("Fisier &exemplu"), 56,
+              QStringLiteral("Un fisier de felul celor care se vor prelua; din el se citesc coloanele"));
+  path->setMaxLength(255);
+  connect(path, &QLineEdit::editingFinished, this, [this, path] {
+    if (!path->isModified()) return;
+    path->setModified(false);
+    Try([this, path] { TakeSample(TypedPath(path->text()), Telling::kQuiet); });
+  });
   auto* sample = BesideButton(this, "CmdFisier", QStringLiteral("Alege fisierul exemplu"));
   connect(sample, &QPushButton::clicked, this, [this] { Try([this] { ChooseSample(); }); });
   AddBeside(sample);
@@ -95,11 +102,20 @@ void Frm_Macheta::AddHeader() {
   sheet_->setFixedWidth(sheet_->fontMetrics().averageCharWidth() * 36);
   AddField(QStringLiteral("&Foaia de lucru"), sheet_,
            QStringLiteral("Numele foii din fisier; fara nume se citeste Sheet1"), Kind::kBound);
+  const auto reread = [this] { Try([this] { ReadColumns(Telling::kQuiet); }); };
+  connect(sheet_, &QComboBox::activated, this, reread, Qt::QueuedConnection);
+  connect(sheet_->lineEdit(), &QLineEdit::editingFinished, this, [this, reread] {
+    if (sheet_->lineEdit()->isModified()) reread();
+  });
   auto* read = new QPushButton(ui::Icon(QStringLiteral("reimprospateaza")),
                                QStringLiteral("&Citeste coloanele"), this);
   read->setObjectName(QStringLiteral("CmdCiteste"));
   read->setAutoDefault(false);
-  connect(read, &QPushButton::clicked, this, [this] { Try([this] { ReadColumns(Telling::kShow); }); });
+  connect(read, &QPushButton::clicked, this, [this, path] {
+    Try([this, path] {  // its key does not take the focus out of a path just typed
+      path->isModified() ? TakeSample(TypedPath(path->text()), Telling::kShow) : ReadColumns(Telling::kShow);
+    });
+  });
   read->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   AddBeside(read);
   AddBeside(new QLabel(this));
@@ -268,28 +284,26 @@ void Frm_Macheta::ChooseSample() {
   const TemplateHeader& header = draft_.header;
   const std::string path = choose_file_(
       header.SampleExcelFile.empty() ? header.Locatie_Implicita : platform::FolderOf(header.SampleExcelFile));
-  if (!path.empty()) TakeSample(path);
+  if (!path.empty()) TakeSample(path, Telling::kShow);
 }
 
 void Frm_Macheta::BeginWith(const std::string& sample, const std::string& TIP) {
   SetText(QStringLiteral("TIP"), Q(TIP));
-  if (session().host.files.Exists(sample)) TakeSample(sample);
+  if (session().host.files.Exists(sample)) TakeSample(sample, Telling::kShow);
 }
 
-void Frm_Macheta::TakeSample(const std::string& path) {
+void Frm_Macheta::TakeSample(const std::string& path, Telling telling) {
   TakeHeader();
-  const TemplateHeader& header = draft_.header;
   SetText(QStringLiteral("SampleExcelFile"), Q(path));
-  if (header.Locatie_Implicita.empty()) {
+  if (draft_.header.Locatie_Implicita.empty() && session().host.files.Exists(path)) {
     SetText(QStringLiteral("Locatie_Implicita"), Q(platform::WithBackslash(platform::FolderOf(path))));
   }
-  const std::vector<std::string> sheets = OfferSheets(session(), *sheet_, path);
-  const std::string wanted = header.Work_Sheet_Name.empty() ? kDefaultSheet : header.Work_Sheet_Name;
-  const bool there = std::any_of(sheets.begin(), sheets.end(), [&](const std::string& sheet) {
-    return platform::EqualsNoCase(sheet, wanted);
-  });
-  if (!there && !sheets.empty()) sheet_->setEditText(Q(sheets.front()));
-  ReadColumns(Telling::kShow);
+  const SheetList sheets = OfferSheets(session(), *sheet_, path);
+  const std::string& named = draft_.header.Work_Sheet_Name;
+  if (!sheets.names.empty() && !sheets.Has(named.empty() ? kDefaultSheet : named)) {
+    sheet_->setEditText(Q(sheets.names.front()));
+  }
+  ReadColumns(telling);
 }
 
 void Frm_Macheta::ReadColumns(Telling telling) {
@@ -299,11 +313,13 @@ void Frm_Macheta::ReadColumns(Telling telling) {
   if (telling == Telling::kQuiet && path.empty()) {
     preview_.Close();
   } else {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const auto done = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
     OfferSheets(session(), *sheet_, path);
     reading = TrySample(session(), path, draft_.header.Work_Sheet_Name);
     preview_.Open(path, draft_.header.Work_Sheet_Name);
-    if (!reading.sample && telling == Telling::kShow) session().host.prompter.Error(reading.problem);
   }
+  if (!reading.problem.empty() && telling == Telling::kShow) session().host.prompter.Error(reading.problem);
   const std::vector<SampleColumn> columns =
       reading.sample ? reading.sample->columns : std::vector<SampleColumn>();
   sample_label_->setText(Q(reading.sample ? reading.sample->label : reading.problem));

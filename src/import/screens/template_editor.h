@@ -56,7 +56,7 @@ class Frm_Macheta : public ui::Form {
   void Save();
   void ChooseFolder();
   void ChooseSample();
-  void TakeSample(const std::string& path);
+  void TakeSample(const std::string& path, Telling telling);
   void ReadColumns(Telling telling);
   void Propose();
   /// The next click on a row gives it this sample column.

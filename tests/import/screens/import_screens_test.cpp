@@ -190,6 +190,9 @@ TEST_F(ImportScreens, SaysWhatIsWrongWithASample) {
   at.Click(editor, "CmdCiteste");
   EXPECT_EQ(GridOf(editor, "GridExemplu").grid_model()->Rows(), 0);
   EXPECT_FALSE(at.Get<QPushButton>(editor, "CmdPropune").isEnabled());
+  at.Type(editor, "SampleExcelFile", "C:\\Foi\\alt.xls");
+  QTest::keyClick(editor.focusWidget(), Qt::Key_Return);
+  EXPECT_EQ(Label(editor, "LblColoane"), "NU EXISTA FISIERUL : C:\\Foi\\alt.xls") << "no box while typing";
   at.at.files().CreateFolders("C:\\Foi\\");
   at.at.files().Replace("C:\\Foi\\text.xls", "nu este o foaie");
   chosen = "C:\\Foi\\text.xls";
@@ -197,6 +200,32 @@ TEST_F(ImportScreens, SaysWhatIsWrongWithASample) {
   at.Click(editor, "CmdFisier");
   EXPECT_TRUE(Label(editor, "LblPrevizualizare").contains("text.xls"));
   at.at.prompter().AcceptAnything(true);
+}
+
+TEST_F(ImportScreens, ReadsASampleWhosePathIsTyped) {
+  test_support::XlsWriter book;
+  book.AddSheet("Martie").Row(0, "'Cod vamal|'Kg net");
+  book.AddSheet("Aprilie").Row(0, "'Cod");
+  at.at.files().CreateFolders("C:\\Foi\\");
+  book.Save(at.at.files().ToHost("C:\\Foi\\luni.xls").string());
+  Frm_Macheta editor(at.context, "", nullptr, chooser);
+  Show(editor);
+  EXPECT_EQ(editor.Text("Work_Sheet_Name"), "Sheet1") << "offered";
+  at.Type(editor, "SampleExcelFile", "\"C:\\Foi\\luni.xls\"");
+  EXPECT_EQ(GridOf(editor, "GridExemplu").grid_model()->Rows(), 0);
+  QTest::keyClick(editor.focusWidget(), Qt::Key_Return);
+  EXPECT_EQ(editor.Text("SampleExcelFile"), "C:\\Foi\\luni.xls");
+  EXPECT_EQ(editor.Text("Locatie_Implicita"), "C:\\Foi\\");
+  EXPECT_EQ(editor.Text("Work_Sheet_Name"), "Martie");
+  EXPECT_EQ(Label(editor, "LblColoane"), "Numar coloane in fisierul excel : 2");
+  at.Type(editor, "Work_Sheet_Name", "aprilie");
+  QTest::keyClick(editor.focusWidget(), Qt::Key_Return);
+  EXPECT_EQ(Label(editor, "LblColoane"), "Numar coloane in fisierul excel : 1");
+  at.at.prompter().AcceptAnything(true);
+}
+
+TEST_F(ImportScreens, OffersXlsFilesFirst) {
+  EXPECT_EQ(DialogFilter(kWorksheetFilter), "Excel Files (*.xls);;Foi de calcul (*.xls *.xlsx *.ods *.csv)");
 }
 
 TEST_F(ImportScreens, ChoosesATemplate) {
@@ -309,6 +338,15 @@ TEST_F(ImportScreens, ListsTheRowsThatWereRefused) {
           });
   EXPECT_TRUE(at.Get<QPushButton>(screen, "CmdRespinse").isEnabled());
 
+  at.Type(screen, "Nume_Fisier", "C:\\Foi\\lipsa.xls");
+  QTest::keyClick(screen.focusWidget(), Qt::Key_Return);
+  EXPECT_EQ(Label(screen, "Stare"), "Nu exista fisierul : C:\\Foi\\lipsa.xls");
+  at.Type(screen, "Nume_Fisier", ui::Q(sample));
+  QTest::keyClick(screen.focusWidget(), Qt::Key_Return);
+  EXPECT_EQ(Label(screen, "Stare"), "");
+  EXPECT_EQ(screen.Text("Sheet_Name"), "Achizitii") << "the only one of the file";
+  at.Click(screen, "CmdFisier");
+  EXPECT_EQ(screen.Text("Sheet_Name"), "Sheet1");
   draft.Assign(0, 9);
   ASSERT_TRUE(draft.Save());
   at.at.prompter().AcceptAnything(true);
