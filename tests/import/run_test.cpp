@@ -131,7 +131,8 @@ TEST_F(ImportRun, SaysWhyAFileCannotBeRead) {
 TEST_F(ImportRun, TakesATemplateThatDoesNotFitForAnUnreadableSheet) {
   SaveCodes({"84713000"});
   importer::ChangeRow(session(), "Coduri", "UM", {3, std::nullopt, std::nullopt});
-  ExpectUnreadable("Fisierul C:\\Foi\\martie.xls: In macheta, UM are numarul 3, iar foaia Sheet1 are 2 coloane");
+  ExpectUnreadable(
+      "Fisierul C:\\Foi\\martie.xls: In macheta, UM are numarul 3, iar foaia Sheet1 are 2 coloane");
   EXPECT_EQ(Run().outcome, Outcome::kRefused);
 
   importer::ChangeRow(session(), "Coduri", "UM", {0, std::nullopt, std::nullopt});

@@ -71,11 +71,11 @@ void Import(Desk& desk) {
 }
 
 void Rejected(Desk& desk) {
-  importer::Result result{.outcome = importer::Outcome::kDone, .saved = 33, .total = 36};
-  result.rejected = {
-      {14, "Net", "nu se poate face numar din 'aprox. 12 kg'"},
-      {27, "Tara_Orig", "textul 'China' are 5 caractere, coloana tine 2"},
-      {31, "DataReceptiei", "nu se poate face data din '31.02.2026'"}};
+  importer::Result result;
+  result.saved = 33;
+  result.rejected = {{14, "Net", "nu se poate face numar din 'aprox. 12 kg'"},
+                     {27, "Tara_Orig", "textul 'China' are 5 caractere, coloana tine 2"},
+                     {31, "DataReceptiei", "nu se poate face data din '31.02.2026'"}};
   desk.Shoot<importer::Frm_Preluare_Respinse>(
       {}, {}, importer::Inputs{2026, 3, Sample(desk), "Achizitii", "RO123456", "Achizitii", "I-ACHIZITIE"},
       result);

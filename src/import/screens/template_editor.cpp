@@ -105,7 +105,7 @@ void Frm_Macheta::AddHeader() {
   const auto reread = [this] { Try([this] { ReadColumns(Telling::kQuiet); }); };
   connect(sheet_, &QComboBox::activated, this, reread, Qt::QueuedConnection);
   connect(sheet_->lineEdit(), &QLineEdit::editingFinished, this, [this, reread] {
-    if (sheet_->lineEdit()->isModified()) reread();
+    if (ui::Utf8(sheet_->currentText().trimmed()) != read_sheet_) reread();
   });
   auto* read = new QPushButton(ui::Icon(QStringLiteral("reimprospateaza")),
                                QStringLiteral("&Citeste coloanele"), this);
@@ -309,6 +309,7 @@ void Frm_Macheta::TakeSample(const std::string& path, Telling telling) {
 void Frm_Macheta::ReadColumns(Telling telling) {
   TakeHeader();
   const std::string& path = draft_.header.SampleExcelFile;
+  read_sheet_ = draft_.header.Work_Sheet_Name;
   SampleReading reading;
   if (telling == Telling::kQuiet && path.empty()) {
     preview_.Close();

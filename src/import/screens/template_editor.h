@@ -69,7 +69,7 @@ class Frm_Macheta : public ui::Form {
   TemplateDraft draft_;
   Preview preview_;
   FileChooser choose_file_;
-  std::string stored_name_;
+  std::string stored_name_, read_sheet_;
   std::optional<int> armed_;
   TemplateRowModel* rows_ = nullptr;
   SampleModel* sample_ = nullptr;

@@ -338,6 +338,7 @@ TEST_F(ImportScreens, ListsTheRowsThatWereRefused) {
           });
   EXPECT_TRUE(at.Get<QPushButton>(screen, "CmdRespinse").isEnabled());
 
+  Show(screen);
   at.Type(screen, "Nume_Fisier", "C:\\Foi\\lipsa.xls");
   QTest::keyClick(screen.focusWidget(), Qt::Key_Return);
   EXPECT_EQ(Label(screen, "Stare"), "Nu exista fisierul : C:\\Foi\\lipsa.xls");
