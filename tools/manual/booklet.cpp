@@ -1,12 +1,14 @@
 #include "booklet.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QRegularExpression>
 #include <QSvgRenderer>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <algorithm>
 #include <cmath>
 #include <map>
 
@@ -16,10 +18,13 @@ namespace {
 constexpr double kMarginMm = 22;
 constexpr double kRunningMm = 12;      // of the running head and the page number from the page's edge
 constexpr double kLastHeading = 0.88;  // part of the page below which a heading needs two paragraphs with it
+constexpr double kPictureScale =
+    0.62;  // of a pixel at 96 per inch; smaller where the page is not wide enough
 constexpr int kMostRounds = 5;
 constexpr char kFont[] = "DejaVu Sans";
 const QColor kAccent(0x1f, 0x63, 0x91);
 const QColor kFaint(0x5b, 0x6b, 0x78);
+const QColor kFrame(0xb4, 0xc0, 0xc9);
 
 constexpr char kStyle[] = R"(
 h1 { font-size: 19pt; color: #1f6391; page-break-before: always; margin-top: 0px; margin-bottom: 14px; }
@@ -31,6 +36,8 @@ a { color: #1f6391; text-decoration: none; }
 code { font-family: "DejaVu Sans Mono"; font-size: 8.5pt; }
 pre { font-family: "DejaVu Sans Mono"; font-size: 8.5pt; background-color: #f3f7fa; }
 table { margin-top: 4px; margin-bottom: 12px; }
+p.picture { margin-top: 6px; margin-bottom: 3px; line-height: 100%; }
+p.caption { margin-bottom: 12px; font-size: 8pt; color: #5b6b78; }
 blockquote { margin-left: 14px; margin-right: 14px; color: #33454f; }
 )";
 
@@ -38,6 +45,10 @@ blockquote { margin-left: 14px; margin-right: 14px; color: #33454f; }
 class Flow {
  public:
   Flow(QPdfWriter* device, const QSizeF& page) : device_(device), page_(page) {}
+
+  void AddPicture(const QString& name, const QImage& picture) {
+    text_.addResource(QTextDocument::ImageResource, QUrl(name), picture);
+  }
 
   void SetHtml(const QString& html) {
     text_.documentLayout()->setPaintDevice(device_);
@@ -48,18 +59,22 @@ class Flow {
     text_.setPageSize(page_);
   }
 
-  // A heading never stands at the foot of a page with little or no text below it.
-  void KeepHeadingsWithText() {
+  // A heading never stands at the foot of a page with little or no text below it, nor a picture above the
+  // break and its caption below.
+  void KeepTogether() {
     for (QTextBlock block = text_.begin(); block.isValid(); block = block.next()) {
-      if (block.blockFormat().headingLevel() < 2) {
-        continue;
+      QTextBlock last = block;
+      if (block.blockFormat().headingLevel() >= 2) {
+        const double page = Top(block) / page_.height();
+        last = block.next();
+        if (page - std::floor(page) > kLastHeading && last.next().blockFormat().headingLevel() == 0) {
+          last = last.next();
+        }
       }
-      const double page = Top(block) / page_.height();
-      QTextBlock below = block.next();
-      if (page - std::floor(page) > kLastHeading && below.next().blockFormat().headingLevel() == 0) {
-        below = below.next();
+      if (IsPicture(last)) {
+        last = last.next();
       }
-      if (!below.isValid() || PageOf(below) == PageOf(block)) {
+      if (!last.isValid() || PageOf(last) == PageOf(block)) {
         continue;
       }
       QTextBlockFormat format = block.blockFormat();
@@ -94,6 +109,10 @@ class Flow {
   }
 
  private:
+  static bool IsPicture(const QTextBlock& block) {
+    return !block.begin().atEnd() && block.begin().fragment().charFormat().isImageFormat();
+  }
+
   double Top(const QTextBlock& block) const {
     const double first_line = block.layout()->lineCount() > 0 ? block.layout()->lineAt(0).y() : 0;
     return text_.documentLayout()->blockBoundingRect(block).top() + first_line + 1;
@@ -106,7 +125,7 @@ class Flow {
   QTextDocument text_;
 };
 
-// Paper has no links: the page number stands behind the words instead.
+// On paper a link cannot be followed: the page number stands behind the words too.
 QString WithPages(const QString& html, const std::map<QString, int>& page_of) {
   static const QRegularExpression link(R"re(<a href="(?:Manual\.Html)?#([^"]*)">(.*?)</a>)re");
   QString out;
@@ -115,16 +134,49 @@ QString WithPages(const QString& html, const std::map<QString, int>& page_of) {
     const QRegularExpressionMatch match = it.next();
     const auto page = page_of.find(match.captured(1));
     out += html.mid(done, match.capturedStart() - done);
-    out += "<span style=\"color: #1f6391;\">" + match.captured(2) +
-           "</span>&#160;<span style=\"color: #5b6b78;\">[" +
+    out += "<a href=\"#" + match.captured(1) + "\">" + match.captured(2) +
+           "</a>&#160;<span style=\"color: #5b6b78;\">[" +
            QString::number(page == page_of.end() ? 0 : page->second) + "]</span>";
     done = match.capturedEnd();
   }
   return out + html.mid(done);
 }
 
+// Pictures in the size that they have on paper. `room` is the width of the text in inches.
+QString WithPictureSizes(const QString& html, double room) {
+  static const QRegularExpression figure(
+      R"re(<figure><a [^>]*><img src="([^"]*)" alt="[^"]*" width="(\d+)" height="(\d+)" /></a><figcaption>(.*?)</figcaption></figure>)re");
+  QString out;
+  qsizetype done = 0;
+  for (auto it = figure.globalMatch(html); it.hasNext();) {
+    const QRegularExpressionMatch match = it.next();
+    const double width = match.captured(2).toDouble();
+    const double scale = std::min(kPictureScale, std::floor(room * 96) / width);
+    out += html.mid(done, match.capturedStart() - done);
+    out += QStringLiteral(
+               "<p class=\"picture\"><img src=\"%1\" width=\"%2\" height=\"%3\" /></p><p "
+               "class=\"caption\">%4</p>")
+               .arg(match.captured(1))
+               .arg(std::lround(width * scale))
+               .arg(std::lround(match.captured(3).toDouble() * scale))
+               .arg(match.captured(4));
+    done = match.capturedEnd();
+  }
+  return out + html.mid(done);
+}
+
+// A thin frame parts the picture's light window from the paper.
+QImage Framed(const std::filesystem::path& file) {
+  QImage picture(QString::fromStdU16String(file.u16string()));
+  picture = picture.convertToFormat(QImage::Format_RGB32);
+  QPainter painter(&picture);
+  painter.setPen(kFrame);
+  painter.drawRect(picture.rect().adjusted(0, 0, -1, -1));
+  return picture;
+}
+
 // `pages` as Flow::HeadingPages gives them, in the booklet's own count; may be empty.
-QString Body(const std::vector<Chapter>& chapters, const std::vector<int>& pages) {
+QString Body(const std::vector<Chapter>& chapters, const std::vector<int>& pages, double room) {
   QString html;
   std::map<QString, int> page_of;
   std::size_t index = 0;
@@ -135,7 +187,7 @@ QString Body(const std::vector<Chapter>& chapters, const std::vector<int>& pages
       ++index;
     }
   }
-  html = WithPages(html, page_of);
+  html = WithPictureSizes(WithPages(html, page_of), room);
   // The first page is new anyway.
   html.replace(html.indexOf("<h1"), 3, "<h1 style=\"page-break-before: auto;\"");
   // The rich-text engine takes table lines from attributes.
@@ -157,7 +209,8 @@ QString ContentsHtml(const std::vector<Chapter>& chapters, const std::vector<int
       if (heading.level > 2) {
         continue;
       }
-      const QString title = QString::fromStdString(heading.number + "&#160;&#160;" + heading.html);
+      const QString title = QString::fromStdString("<a href=\"#" + heading.id + "\">" + heading.number +
+                                                   "&#160;&#160;" + heading.html + "</a>");
       html += heading.level == 1
                   ? "<tr><td style=\"padding-top: 7px;\"><b>" + title +
                         "</b></td><td align=\"right\" style=\"padding-top: 7px;\"><b>"
@@ -185,11 +238,19 @@ class Printer {
     const QSizeF room(sheet.width() - 2 * margin, sheet.height() - 2 * margin);
     Flow body(device_, room);
     Flow contents(device_, room);
+    for (const Chapter& chapter : booklet_.chapters) {
+      for (const Picture& picture : chapter.pictures) {
+        const std::string name = std::string(kPictureFolder) + "/" + picture.file.filename().string();
+        body.AddPicture(QString::fromStdString(name), Framed(picture.file));
+      }
+    }
+    // Text on screens would be blurred by what is right for photographs.
+    painter_.setRenderHint(QPainter::LosslessImageRendering);
     // The page numbers stand in the text itself and may move it, so it is laid out until they hold still.
     std::vector<int> pages;
     for (int round = 0; round < kMostRounds; ++round) {
-      body.SetHtml(Body(booklet_.chapters, pages));
-      body.KeepHeadingsWithText();
+      body.SetHtml(Body(booklet_.chapters, pages, room.width() / device_->resolution()));
+      body.KeepTogether();
       contents.SetHtml(ContentsHtml(booklet_.chapters, pages));
       std::vector<int> found = body.HeadingPages();
       for (int& page : found) {

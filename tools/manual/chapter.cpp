@@ -2,6 +2,7 @@
 
 #include <md4c-html.h>
 
+#include <array>
 #include <fstream>
 #include <iterator>
 #include <regex>
@@ -31,19 +32,72 @@ std::string ToHtml(const std::string& markdown) {
   return html;
 }
 
+std::runtime_error Fault(const std::filesystem::path& file, const std::string& what) {
+  return std::runtime_error(file.string() + ": " + what);
+}
+
+// The size stands in the first chunk of a PNG file, big-endian.
+Picture ReadPicture(const std::filesystem::path& file) {
+  std::array<unsigned char, 24> head{};
+  std::ifstream in(file, std::ios::binary);
+  in.read(reinterpret_cast<char*>(head.data()), head.size());
+  if (!in || head[1] != 'P' || head[2] != 'N' || head[3] != 'G') {
+    return {};
+  }
+  const auto number = [&head](std::size_t at) {
+    return head[at] << 24 | head[at + 1] << 16 | head[at + 2] << 8 | head[at + 3];
+  };
+  return {file, number(16), number(20)};
+}
+
+// Turns every paragraph that is a picture into a numbered figure.
+std::string WithFigures(const std::string& html, const std::filesystem::path& file, int number,
+                        std::vector<Picture>* pictures) {
+  static const std::regex paragraph(R"(<p><img src="([^"]*)" alt="([^"]*)" /></p>)");
+  std::string out;
+  auto rest = html.cbegin();
+  for (std::sregex_iterator it(html.begin(), html.end(), paragraph), end; it != end; ++it) {
+    const std::string source = (*it)[1];
+    const std::string caption = (*it)[2];
+    const Picture picture = ReadPicture(file.parent_path() / source);
+    if (picture.width <= 0 || picture.height <= 0) {
+      throw Fault(file, "no picture " + source);
+    }
+    if (caption.empty()) {
+      throw Fault(file, "no caption for " + source);
+    }
+    pictures->push_back(picture);
+    const std::string figure =
+        (number > 0 ? std::to_string(number) + "." : "") + std::to_string(pictures->size());
+    const std::string copy = std::string(kPictureFolder) + "/" + picture.file.filename().string();
+    out.append(rest, (*it)[0].first);
+    out += "<figure><a href=\"" + copy + "\"><img src=\"" + copy + "\" alt=\"" + caption + "\" width=\"" +
+           std::to_string(picture.width) + "\" height=\"" + std::to_string(picture.height) +
+           "\" /></a><figcaption>Figura " + figure + ". " + caption + "</figcaption></figure>";
+    rest = (*it)[0].second;
+  }
+  out.append(rest, html.cend());
+  static const std::regex image("<img ");
+  if (std::distance(std::sregex_iterator(out.begin(), out.end(), image), {}) !=
+      static_cast<std::ptrdiff_t>(pictures->size())) {
+    throw Fault(file, "a picture stands within a line");
+  }
+  return out;
+}
+
 }  // namespace
 
 Chapter ReadChapter(const std::filesystem::path& file, int number) {
   static const std::regex heading(R"(<h([1-6])>(.*?)(?: *\{#([A-Za-z0-9_-]+)\})?</h[1-6]>)");
-  const std::string html = ToHtml(ReadWhole(file));
   Chapter chapter;
+  const std::string html = WithFigures(ToHtml(ReadWhole(file)), file, number, &chapter.pictures);
   int section = 0;
   auto rest = html.cbegin();
   for (std::sregex_iterator it(html.begin(), html.end(), heading), end; it != end; ++it) {
     const std::smatch& match = *it;
     Heading found{std::stoi(match[1]), match[3], "", match[2]};
     if (found.level <= 2 && found.id.empty()) {
-      throw std::runtime_error(file.string() + ": no anchor at " + found.html);
+      throw Fault(file, "no anchor at " + found.html);
     }
     if (number > 0 && found.level == 1) {
       found.number = std::to_string(number);

@@ -1,5 +1,6 @@
-// Builds the help files from the Markdown chapters in docs/manual: Manual.Html, Manual.Pdf and
-// incoterms.html. Usage: manual_builder CHAPTERS_FOLDER OUT_FOLDER VERSION ICON.svg
+// Builds the help files from the Markdown chapters in docs/manual: Manual.Html with its pictures and a page
+// for every screen's F1, Manual.Pdf and incoterms.html. Usage: manual_builder CHAPTERS_FOLDER OUT_FOLDER
+// VERSION ICON.svg
 
 #include <QFile>
 #include <QGuiApplication>
@@ -41,6 +42,31 @@ void Write(const fs::path& file, const std::string& text) {
   }
 }
 
+// An emptied folder, so that nothing of an earlier manual stays in it.
+fs::path NewFolder(const fs::path& folder) {
+  fs::remove_all(folder);
+  fs::create_directories(folder);
+  return folder;
+}
+
+void WritePictures(const std::vector<manual::Chapter>& chapters, const fs::path& folder) {
+  for (const manual::Chapter& chapter : chapters) {
+    for (const manual::Picture& picture : chapter.pictures) {
+      fs::copy_file(picture.file, folder / picture.file.filename(), fs::copy_options::skip_existing);
+    }
+  }
+}
+
+void WriteScreenPages(const std::vector<manual::Chapter>& chapters, const fs::path& folder) {
+  for (const manual::Chapter& chapter : chapters) {
+    for (const manual::Heading& heading : chapter.headings) {
+      if (heading.id.starts_with("Frm_")) {
+        Write(folder / (heading.id + ".html"), manual::ScreenPage(heading.id));
+      }
+    }
+  }
+}
+
 int Build(const fs::path& folder, const fs::path& out, const std::string& version, const QString& icon) {
   manual::Booklet booklet{{}, version, icon};
   int number = 0;
@@ -55,6 +81,8 @@ int Build(const fs::path& folder, const fs::path& out, const std::string& versio
     return 1;
   }
   Write(out / "Manual.Html", manual::ManualPage(booklet.chapters, version));
+  WritePictures(booklet.chapters, NewFolder(out / manual::kPictureFolder));
+  WriteScreenPages(booklet.chapters, NewFolder(out / "ecrane"));
   Write(out / "incoterms.html", manual::SinglePage(manual::ReadChapter(folder / kIncoterms, 0)));
   if (!manual::WritePdf(booklet, QString::fromStdU16String((out / "Manual.Pdf").u16string()))) {
     throw std::runtime_error("cannot write Manual.Pdf");

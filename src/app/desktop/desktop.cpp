@@ -200,15 +200,14 @@ bool Desktop::OpenDocument(std::string_view path) {
   return QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdU16String(host)));
 }
 
+// Each screen has a page that leads to its section of the manual: systems that open a file by its address
+// drop the anchor at the end.
 void Desktop::OpenManualAt(std::string_view screen) {
-  const std::string manual = program_folder_ + "Help\\Manual.Html";
-  if (!session_->host.files.Exists(manual)) {
-    program_commands_.OpenManual();
-    return;
+  for (const std::string& page : {"ecrane\\" + std::string(screen) + ".html", std::string("Manual.Html")}) {
+    const std::string path = program_folder_ + "Help\\" + page;
+    if (session_->host.files.Exists(path) && OpenDocument(path)) return;
   }
-  QUrl url = QUrl::fromLocalFile(QString::fromStdU16String(session_->host.files.ToHost(manual).u16string()));
-  url.setFragment(Q(screen));
-  if (!QDesktopServices::openUrl(url)) program_commands_.OpenManual();
+  program_commands_.OpenManual();
 }
 
 bool Desktop::UpdateRates() {

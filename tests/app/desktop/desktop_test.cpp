@@ -27,7 +27,8 @@ using ui::Q;
 /// The desktop without the splash's wait; the end of the process is noted.
 class TestDesktop : public app::Desktop {
  public:
-  explicit TestDesktop(session::Session& session) : Desktop(session, "Z:\\nowhere\\") {}
+  explicit TestDesktop(session::Session& session, std::string program_folder = "Z:\\nowhere\\")
+      : Desktop(session, std::move(program_folder)) {}
   void Pause(std::chrono::milliseconds) override {}
   void EndProcess() override { ended = true; }
   bool OpenDocument(std::string_view path) override {
@@ -210,6 +211,20 @@ TEST(MainWindow, HelpIsSaidToBeMissingOrOpened) {
   open.at.prompter().ExpectError("Manualul nu poate fi deschis: Z:\\nowhere\\Help\\Manual.Pdf");
   open.window().action("AJUTOR_AJUTOR")->trigger();
   EXPECT_THAT(open.desktop.opened, testing::IsEmpty());
+}
+
+TEST(Desktop, TheManualOpensAtTheScreenOrAtItsBeginning) {
+  Installation at(Installation::State::kCommonOpen);
+  platform::Files& files = at.files();
+  files.CreateFolders("C:\\Program\\Help\\ecrane\\");
+  for (const char* page : {"Manual.Html", "ecrane\\Frm_Tarif.html"}) {
+    files.Replace(std::string("C:\\Program\\Help\\") + page, "<html/>");
+  }
+  TestDesktop desktop(at.session, "C:\\Program\\");
+  desktop.context().open_manual("Frm_Tarif");
+  desktop.context().open_manual("Frm_Noua");
+  EXPECT_THAT(desktop.opened, testing::ElementsAre("C:\\Program\\Help\\ecrane\\Frm_Tarif.html",
+                                                   "C:\\Program\\Help\\Manual.Html"));
 }
 
 }  // namespace
