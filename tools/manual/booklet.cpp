@@ -1,6 +1,8 @@
 #include "booklet.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QBuffer>
+#include <QFile>
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
@@ -8,9 +10,12 @@
 #include <QSvgRenderer>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <algorithm>
 #include <cmath>
 #include <map>
+
+#include "pdf_links.h"
 
 namespace manual {
 namespace {
@@ -19,7 +24,8 @@ constexpr double kMarginMm = 22;
 constexpr double kRunningMm = 12;      // of the running head and the page number from the page's edge
 constexpr double kLastHeading = 0.88;  // part of the page below which a heading needs two paragraphs with it
 constexpr double kPictureScale =
-    0.62;  // of a pixel at 96 per inch; smaller where the page is not wide enough
+    0.62;                            // of a pixel at 96 per inch; smaller where the page is not wide enough
+constexpr qsizetype kLongName = 36;  // letters in the first cell of a row
 constexpr int kMostRounds = 5;
 constexpr char kFont[] = "DejaVu Sans";
 const QColor kAccent(0x1f, 0x63, 0x91);
@@ -41,6 +47,14 @@ p.caption { margin-bottom: 12px; font-size: 8pt; color: #5b6b78; }
 blockquote { margin-left: 14px; margin-right: 14px; color: #33454f; }
 )";
 
+// A spacing too small to be seen keeps letters from being joined: what is searched for is found ("firma").
+QFont PlainFont(double points) {
+  QFont font(kFont);
+  font.setPointSizeF(points);
+  font.setLetterSpacing(QFont::AbsoluteSpacing, 0.02);
+  return font;
+}
+
 // Lays text out over pages of one size and paints them one by one.
 class Flow {
  public:
@@ -52,7 +66,7 @@ class Flow {
 
   void SetHtml(const QString& html) {
     text_.documentLayout()->setPaintDevice(device_);
-    text_.setDefaultFont(QFont(kFont, 9));
+    text_.setDefaultFont(PlainFont(9));
     text_.setDocumentMargin(0);
     text_.setDefaultStyleSheet(kStyle);
     text_.setHtml(html);
@@ -84,15 +98,20 @@ class Flow {
     }
   }
 
-  // Page of every heading in reading order, from 0.
-  std::vector<int> HeadingPages() const {
-    std::vector<int> pages;
+  struct Place {
+    int page;    // from 0
+    double top;  // of the page's text
+  };
+  // Of every heading in reading order.
+  std::vector<Place> HeadingPlaces() const {
+    std::vector<Place> places;
     for (QTextBlock block = text_.begin(); block.isValid(); block = block.next()) {
       if (block.blockFormat().headingLevel() > 0) {
-        pages.push_back(PageOf(block));
+        const int page = PageOf(block);
+        places.push_back({page, Top(block) - page * page_.height()});
       }
     }
-    return pages;
+    return places;
   }
 
   int PageCount() const { return text_.pageCount(); }
@@ -101,7 +120,8 @@ class Flow {
     painter->save();
     painter->translate(at.x(), at.y() - page * page_.height());
     QAbstractTextDocumentLayout::PaintContext context;
-    context.clip = QRectF(0, page * page_.height(), page_.width(), page_.height());
+    // Without the last hair's breadth, or the frame of a picture on top of the next page shows here too.
+    context.clip = QRectF(0, page * page_.height(), page_.width(), page_.height() - 4);
     context.palette.setColor(QPalette::Text, Qt::black);
     painter->setClipRect(context.clip);
     text_.documentLayout()->draw(painter, context);
@@ -165,6 +185,30 @@ QString WithPictureSizes(const QString& html, double room) {
   return out + html.mid(done);
 }
 
+// In a table of two columns the first names what the second explains: long names do not take half of the
+// page.
+QString WithNarrowNames(const QString& html) {
+  static const QRegularExpression table("<table>.*?</table>", QRegularExpression::DotMatchesEverythingOption);
+  static const QRegularExpression row("<tr>\\s*<t[hd]>([^\n]*)</t[hd]>\\s*<t[hd]>[^\n]*</t[hd]>\\s*</tr>");
+  QString out;
+  qsizetype done = 0;
+  for (auto it = table.globalMatch(html); it.hasNext();) {
+    const QRegularExpressionMatch match = it.next();
+    QString text = match.captured();
+    qsizetype longest = 0;
+    for (auto rows = row.globalMatch(text); rows.hasNext();) {
+      longest = std::max(longest, rows.next().capturedLength(1));
+    }
+    if (longest > kLongName) {
+      text.replace(text.indexOf("<th>"), 4,
+                   "<th width=\"33%\" align=\"left\" style=\"background-color: #e6eff5;\">");
+    }
+    out += html.mid(done, match.capturedStart() - done) + text;
+    done = match.capturedEnd();
+  }
+  return out + html.mid(done);
+}
+
 // A thin frame parts the picture's light window from the paper.
 QImage Framed(const std::filesystem::path& file) {
   QImage picture(QString::fromStdU16String(file.u16string()));
@@ -175,7 +219,7 @@ QImage Framed(const std::filesystem::path& file) {
   return picture;
 }
 
-// `pages` as Flow::HeadingPages gives them, in the booklet's own count; may be empty.
+// `pages` of every heading in reading order, in the booklet's own count; may be empty.
 QString Body(const std::vector<Chapter>& chapters, const std::vector<int>& pages, double room) {
   QString html;
   std::map<QString, int> page_of;
@@ -190,6 +234,7 @@ QString Body(const std::vector<Chapter>& chapters, const std::vector<int>& pages
   html = WithPictureSizes(WithPages(html, page_of), room);
   // The first page is new anyway.
   html.replace(html.indexOf("<h1"), 3, "<h1 style=\"page-break-before: auto;\"");
+  html = WithNarrowNames(html);
   // The rich-text engine takes table lines from attributes.
   html.replace("<table>", "<table width=\"100%\" border=\"0\" cellspacing=\"0\" cellpadding=\"4\">");
   html.replace("<th>", "<th align=\"left\" style=\"background-color: #e6eff5;\">");
@@ -240,8 +285,7 @@ class Printer {
     Flow contents(device_, room);
     for (const Chapter& chapter : booklet_.chapters) {
       for (const Picture& picture : chapter.pictures) {
-        const std::string name = std::string(kPictureFolder) + "/" + picture.file.filename().string();
-        body.AddPicture(QString::fromStdString(name), Framed(picture.file));
+        body.AddPicture(QString::fromStdString(PictureCopy(picture)), Framed(picture.file));
       }
     }
     // Text on screens would be blurred by what is right for photographs.
@@ -252,9 +296,12 @@ class Printer {
       body.SetHtml(Body(booklet_.chapters, pages, room.width() / device_->resolution()));
       body.KeepTogether();
       contents.SetHtml(ContentsHtml(booklet_.chapters, pages));
-      std::vector<int> found = body.HeadingPages();
-      for (int& page : found) {
-        page += 1 + contents.PageCount() + 1;
+      std::vector<int> found;
+      places_.clear();
+      for (const Flow::Place& place : body.HeadingPlaces()) {
+        const int page = 1 + contents.PageCount() + place.page;
+        places_.push_back({page, margin + place.top});
+        found.push_back(page + 1);
       }
       if (found == pages) {
         break;
@@ -276,13 +323,29 @@ class Printer {
     return painter_.end();
   }
 
+  // Where the headings stand, once printed.
+  std::vector<Bookmark> Bookmarks() const {
+    std::vector<Bookmark> marks;
+    for (const Chapter& chapter : booklet_.chapters) {
+      for (const Heading& heading : chapter.headings) {
+        const Flow::Place& place = places_[marks.size()];
+        const QString title =
+            QTextDocumentFragment::fromHtml(QString::fromStdString(heading.number + " " + heading.html))
+                .toPlainText()
+                .trimmed();
+        marks.push_back({heading.id, title.toStdU16String(), heading.level, place.page,
+                         place.top / device_->resolution() * 72});
+      }
+    }
+    return marks;
+  }
+
  private:
   double Mm(double mm) const { return mm / 25.4 * device_->resolution(); }
 
   void Write(const QRectF& where, int flags, double points, const QColor& color, const QString& text,
              bool bold = false) {
-    QFont font(kFont);
-    font.setPointSizeF(points);
+    QFont font = PlainFont(points);
     font.setBold(bold);
     painter_.setFont(font);
     painter_.setPen(color);
@@ -332,19 +395,28 @@ class Printer {
   const Booklet& booklet_;
   QPdfWriter* device_;
   QPainter painter_;
+  std::vector<Flow::Place> places_;  // of the headings, in pages of the booklet from 0
 };
 
 }  // namespace
 
 bool WritePdf(const Booklet& booklet, const QString& file) {
-  QPdfWriter device(file);
+  QBuffer written;
+  written.open(QIODevice::WriteOnly);
+  QPdfWriter device(&written);
   device.setTitle("Declarix – Manual de utilizare");
   device.setCreator("Declarix");
   device.setPageSize(QPageSize(QPageSize::A4));
   device.setPageMargins(QMarginsF(0, 0, 0, 0));
   device.setResolution(600);
   Printer printer(booklet, &device);
-  return printer.Print();
+  if (!printer.Print()) {
+    return false;
+  }
+  const std::string pdf = WithLinksInside(written.data().toStdString(), printer.Bookmarks());
+  QFile out(file);
+  return out.open(QIODevice::WriteOnly) &&
+         out.write(pdf.data(), static_cast<qint64>(pdf.size())) == static_cast<qint64>(pdf.size());
 }
 
 }  // namespace manual

@@ -1,5 +1,6 @@
 #include "chapter.h"
 
+#include <fmt/format.h>
 #include <md4c-html.h>
 
 #include <array>
@@ -53,7 +54,7 @@ Picture ReadPicture(const std::filesystem::path& file) {
 // Turns every paragraph that is a picture into a numbered figure.
 std::string WithFigures(const std::string& html, const std::filesystem::path& file, int number,
                         std::vector<Picture>* pictures) {
-  static const std::regex paragraph(R"(<p><img src="([^"]*)" alt="([^"]*)" /></p>)");
+  static const std::regex paragraph(R"re(<p><img src="([^"]*)" alt="([^"]*)" /></p>)re");
   std::string out;
   auto rest = html.cbegin();
   for (std::sregex_iterator it(html.begin(), html.end(), paragraph), end; it != end; ++it) {
@@ -68,12 +69,11 @@ std::string WithFigures(const std::string& html, const std::filesystem::path& fi
     }
     pictures->push_back(picture);
     const std::string figure =
-        (number > 0 ? std::to_string(number) + "." : "") + std::to_string(pictures->size());
-    const std::string copy = std::string(kPictureFolder) + "/" + picture.file.filename().string();
+        number > 0 ? fmt::format("{}.{}", number, pictures->size()) : std::to_string(pictures->size());
     out.append(rest, (*it)[0].first);
-    out += "<figure><a href=\"" + copy + "\"><img src=\"" + copy + "\" alt=\"" + caption + "\" width=\"" +
-           std::to_string(picture.width) + "\" height=\"" + std::to_string(picture.height) +
-           "\" /></a><figcaption>Figura " + figure + ". " + caption + "</figcaption></figure>";
+    out += fmt::format(R"(<figure><a href="{0}"><img src="{0}" alt="{1}" width="{2}" height="{3}" /></a>)"
+                       "<figcaption>Figura {4}. {1}</figcaption></figure>",
+                       PictureCopy(picture), caption, picture.width, picture.height, figure);
     rest = (*it)[0].second;
   }
   out.append(rest, html.cend());
@@ -86,6 +86,10 @@ std::string WithFigures(const std::string& html, const std::filesystem::path& fi
 }
 
 }  // namespace
+
+std::string PictureCopy(const Picture& picture) {
+  return std::string(kPictureFolder) + "/" + picture.file.filename().string();
+}
 
 Chapter ReadChapter(const std::filesystem::path& file, int number) {
   static const std::regex heading(R"(<h([1-6])>(.*?)(?: *\{#([A-Za-z0-9_-]+)\})?</h[1-6]>)");

@@ -23,6 +23,7 @@ struct Picture {
 
 // Folder beside the help files that takes their pictures, so that a page opens without waiting for them.
 inline constexpr char kPictureFolder[] = "imagini";
+std::string PictureCopy(const Picture& picture);  // its place there, as the pages name it
 
 // One Markdown file. Its headings are written "## Titlu {#anchor}"; screens have their object name as anchor,
 // so that the program can open the manual at the screen in front.

@@ -49,10 +49,10 @@ fs::path NewFolder(const fs::path& folder) {
   return folder;
 }
 
-void WritePictures(const std::vector<manual::Chapter>& chapters, const fs::path& folder) {
+void WritePictures(const std::vector<manual::Chapter>& chapters, const fs::path& out) {
   for (const manual::Chapter& chapter : chapters) {
     for (const manual::Picture& picture : chapter.pictures) {
-      fs::copy_file(picture.file, folder / picture.file.filename(), fs::copy_options::skip_existing);
+      fs::copy_file(picture.file, out / manual::PictureCopy(picture), fs::copy_options::skip_existing);
     }
   }
 }
@@ -81,7 +81,8 @@ int Build(const fs::path& folder, const fs::path& out, const std::string& versio
     return 1;
   }
   Write(out / "Manual.Html", manual::ManualPage(booklet.chapters, version));
-  WritePictures(booklet.chapters, NewFolder(out / manual::kPictureFolder));
+  NewFolder(out / manual::kPictureFolder);
+  WritePictures(booklet.chapters, out);
   WriteScreenPages(booklet.chapters, NewFolder(out / "ecrane"));
   Write(out / "incoterms.html", manual::SinglePage(manual::ReadChapter(folder / kIncoterms, 0)));
   if (!manual::WritePdf(booklet, QString::fromStdU16String((out / "Manual.Pdf").u16string()))) {
