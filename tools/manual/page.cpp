@@ -22,6 +22,7 @@ nav ul ul { padding-left: 20px; }
 nav > ul > li { margin-top: 10px; font-weight: 600; }
 nav ul ul li { font-weight: 400; }
 nav a { color: var(--text); }
+nav a[aria-current] { color: var(--accent); text-decoration: underline; }
 main { max-width: 1000px; margin: 0 auto; padding: 24px 32px 96px; }
 main.with-contents { margin-left: 352px; }
 h1 { font-size: 28px; line-height: 1.25; margin: 72px 0 16px; padding-bottom: 8px; border-bottom: 2px solid var(--accent); }
@@ -61,6 +62,29 @@ figcaption { margin-top: 6px; font-size: 14px; color: var(--faint); }
   tr, blockquote, pre, figure { break-inside: avoid; }
   thead { display: table-header-group; }
 }
+)";
+
+// Marks in the contents where the reader is, and keeps that in sight.
+constexpr char kFollow[] = R"(<script>//<![CDATA[
+(() => {
+  const nav = document.querySelector("nav");
+  const links = [...nav.querySelectorAll("a")];
+  const places = links.map(link => document.getElementById(link.hash.slice(1)));
+  let shown = null;
+  const follow = () => {
+    const below = places.findIndex(place => place.getBoundingClientRect().top > 48);
+    const link = links[Math.max(0, (below < 0 ? links.length : below) - 1)];
+    if (link === shown) return;
+    if (shown) shown.removeAttribute("aria-current");
+    link.setAttribute("aria-current", "true");
+    shown = link;
+    const at = link.getBoundingClientRect();
+    if (at.top < 8 || at.bottom > innerHeight - 8) nav.scrollTop += at.top - innerHeight / 3;
+  };
+  addEventListener("scroll", follow, {passive: true});
+  addEventListener("load", follow);
+})();
+//]]></script>
 )";
 
 std::string Head(const std::string& title) {
@@ -105,7 +129,7 @@ std::string ManualPage(const std::vector<Chapter>& chapters, const std::string& 
   for (const Chapter& chapter : chapters) {
     out += chapter.html;
   }
-  return out + "</main>\n</body>\n</html>\n";
+  return out + "</main>\n" + kFollow + "</body>\n</html>\n";
 }
 
 std::string ScreenPage(const std::string& id) {
