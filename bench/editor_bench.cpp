@@ -4,85 +4,22 @@
 
 #include <fmt/format.h>
 #include <malloc.h>
-#include <sqlite3.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 
 #include "calc/rates.h"
-#include "companies/register.h"
 #include "declarations/editor/editor.h"
-#include "floor.h"
-#include "setup/setup.h"
+#include "measure.h"
 #include "store/functions.h"
-#include "support/test_host.h"
+#include "support/installation.h"
 
 namespace {
 
 constexpr int kRows = 65000;
 constexpr int kRuns = 5;
 constexpr int kEdits = 500;
-
-class BenchPrompter : public platform::Prompter {
- public:
-  void Message(std::string_view text, std::string_view, platform::Icon) override { last = text; }
-  bool Ask(std::string_view, std::string_view, platform::Icon) override { return true; }
-  std::string last;
-};
-
-/// The shortest of some runs.
-double Shortest(const std::function<void()>& run) {
-  double best = 1e9;
-  for (int i = 0; i < kRuns; ++i) {
-    const double start = bench::Seconds();
-    run();
-    best = std::min(best, bench::Seconds() - start);
-  }
-  return best;
-}
-
-/// A statement of SQLite's own on the company's file.
-class Raw {
- public:
-  explicit Raw(const std::string& file) {
-    if (sqlite3_open(file.c_str(), &db_) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(db_));
-    store::RegisterFunctions(db_);  // the columns' own text order
-  }
-  ~Raw() { sqlite3_close(db_); }
-  Raw(const Raw&) = delete;
-  Raw& operator=(const Raw&) = delete;
-
-  /// Steps through the rows and looks at every value; the rows.
-  int Step(const std::string& sql) {
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
-      throw std::runtime_error(sqlite3_errmsg(db_));
-    }
-    int rows = 0;
-    double sum = 0;
-    for (; sqlite3_step(statement) == SQLITE_ROW; ++rows) {
-      for (int i = 0; i < sqlite3_column_count(statement); ++i) {
-        switch (sqlite3_column_type(statement, i)) {
-          case SQLITE_NULL:
-            break;
-          case SQLITE_TEXT:
-            sum += *sqlite3_column_text(statement, i) + sqlite3_column_bytes(statement, i);
-            break;
-          default:
-            sum += sqlite3_column_double(statement, i);
-        }
-      }
-    }
-    sqlite3_finalize(statement);
-    looked_at_ = looked_at_ + sum;
-    return rows;
-  }
-
- private:
-  sqlite3* db_ = nullptr;
-  volatile double looked_at_ = 0;
-};
 
 double ResidentMiB() {
   long pages = 0, resident = 0;
@@ -135,16 +72,16 @@ void PrintRatio(const char* what, double ours, double raw) {
   fmt::print("| {} | {:.3f} | {:.3f} | {:.2f} |\n", what, ours, raw, ours / raw);
 }
 
-void Must(bool done, const BenchPrompter& prompter) {
-  if (!done) throw std::runtime_error(prompter.last);
+void Must(bool done) {
+  if (!done) throw std::runtime_error("refused");
 }
 
-void MeasureReading(session::Session& session, Raw& raw, const BenchPrompter& prompter) {
+void MeasureReading(session::Session& session, bench::Raw& raw) {
   const declarations::Identity identity{"I", "RO123456", 2026, 3};
   const std::string select = std::string("SELECT ") + declarations::kEditorColumns + " FROM Intrastat" +
                              declarations::IdentityFilter(identity) + " ORDER BY ";
   const auto raw_by = [&](const std::string& order) {
-    return Shortest([&] {
+    return bench::Shortest(kRuns, [&] {
       if (raw.Step(select + order) != kRows) throw std::runtime_error("raw rows");
     });
   };
@@ -157,29 +94,33 @@ void MeasureReading(session::Session& session, Raw& raw, const BenchPrompter& pr
   malloc_trim(0);  // what was freed so far is not to be counted as room
   const double before = ResidentMiB();
   auto editor = make();
-  Must(editor->Open(), prompter);
+  Must(editor->Open());
   const double memory = ResidentMiB() - before;
-  PrintRatio("open, with the header, the tariff and the totals", Shortest([&] {
-               editor = make();
-               Must(editor->Open(), prompter);
-             }),
+  PrintRatio("open, with the header, the tariff and the totals",
+             bench::Shortest(kRuns,
+                             [&] {
+                               editor = make();
+                               Must(editor->Open());
+                             }),
              plain);
-  PrintRatio("read again", Shortest([&] { Must(editor->Refresh(), prompter); }), plain);
+  PrintRatio("read again", bench::Shortest(kRuns, [&] { Must(editor->Refresh()); }), plain);
   for (const char* field : {"Descriere", "Val_Fiscala", "Tara_Orig"}) {
     bool descending = false;
-    PrintRatio(fmt::format("sort by {}", field).c_str(), Shortest([&] {
-                 descending = !descending;
-                 Must(editor->Sort(editor->ColumnOf(field), descending), prompter);
-               }),
+    PrintRatio(fmt::format("sort by {}", field).c_str(),
+               bench::Shortest(kRuns,
+                               [&] {
+                                 descending = !descending;
+                                 Must(editor->Sort(editor->ColumnOf(field), descending));
+                               }),
                raw_by(fmt::format("{}, Record_ID", field)));
   }
   fmt::print("\nMemory of the lines: {:.1f} MiB for 10,000.\n\n", memory / kRows * 10000);
 }
 
-void MeasureEditing(session::Session& session, Raw& raw, const BenchPrompter& prompter) {
+void MeasureEditing(session::Session& session, bench::Raw& raw) {
   const declarations::Identity identity{"I", "RO123456", 2026, 3};
   declarations::Editor editor(session, identity, declarations::Editor::Mode::kModify, ",");
-  Must(editor.Open(), prompter);
+  Must(editor.Open());
   fmt::print("| one change | mean ms | longest ms |\n|---|---|---|\n");
   const std::pair<const char*, std::array<const char*, 2>> changes[] = {
       {"Valoare_Valuta", {"1.234,50", "77"}},
@@ -196,8 +137,8 @@ void MeasureEditing(session::Session& session, Raw& raw, const BenchPrompter& pr
     for (int i = 0; i < kEdits; ++i) {
       const int row = i * 7919 % kRows;
       const double start = bench::Seconds();
-      Must(editor.SetText(row, column, texts[static_cast<std::size_t>(i % 2)]).accepted, prompter);
-      Must(editor.SaveLine(), prompter);
+      Must(editor.SetText(row, column, texts[static_cast<std::size_t>(i % 2)]).accepted);
+      Must(editor.SaveLine());
       const double took = bench::Seconds() - start;
       total += took;
       longest = std::max(longest, took);
@@ -211,26 +152,28 @@ void MeasureEditing(session::Session& session, Raw& raw, const BenchPrompter& pr
     columns.push_back(editor.ColumnOf(field));
   }
   const double start = bench::Seconds();
-  Must(editor.Paste(editor.row_count(), columns, block).done, prompter);
+  Must(editor.Paste(editor.row_count(), columns, block).done);
   fmt::print("| paste of 1,000 lines of 6 cells, for each line | {:.2f} | |\n", bench::Seconds() - start);
 
   fmt::print("\n| bulk update | s | raw s | ratio |\n|---|---|---|---|\n");
   const std::string filter = declarations::IdentityFilter(identity);
   int turn = 0;
   const double raw_update =
-      Shortest([&] { raw.Step(fmt::format("UPDATE Intrastat SET Net={}{}", ++turn, filter)); });
-  PrintRatio("the statement", Shortest([&] {
-               session.company.Execute(fmt::format("UPDATE INTRASTAT SET [Net]={}{}", ++turn, filter));
-             }),
-             raw_update);
+      bench::Shortest(kRuns, [&] { raw.Step(fmt::format("UPDATE Intrastat SET Net={}{}", ++turn, filter)); });
+  PrintRatio(
+      "the statement",
+      bench::Shortest(
+          kRuns,
+          [&] { session.company.Execute(fmt::format("UPDATE INTRASTAT SET [Net]={}{}", ++turn, filter)); }),
+      raw_update);
   const std::string select = std::string("SELECT ") + declarations::kEditorColumns + " FROM Intrastat" +
                              filter + " ORDER BY Record_ID";
-  const double raw_both = Shortest([&] {
+  const double raw_both = bench::Shortest(kRuns, [&] {
     raw.Step(fmt::format("UPDATE Intrastat SET Net={}{}", ++turn, filter));
     raw.Step(select);
   });
   PrintRatio("the command, which reads the lines again",
-             Shortest([&] { Must(editor.ExecuteUpdate("Net", std::to_string(++turn), {}), prompter); }),
+             bench::Shortest(kRuns, [&] { Must(editor.ExecuteUpdate("Net", std::to_string(++turn), {})); }),
              raw_both);
 }
 
@@ -239,28 +182,15 @@ void MeasureEditing(session::Session& session, Raw& raw, const BenchPrompter& pr
 int main() {
   setenv("TMPDIR", "/dev/shm", 1);
   try {
-    test_support::TempFolder folder;
-    platform::Drives drives{folder.path()};
-    platform::Files files{drives};
-    platform::SystemClock clock;
-    BenchPrompter prompter;
-    platform::SilentProgress progress;
-    platform::ErrorLog errors{files, clock};
-    setup::LayDown({files, clock, prompter, progress, errors}, setup::kDefaultRoot,
-                   drives.FromHost(DECLARIX_SOURCE_DIR "/data"));
-    session::Session session{{files, clock, prompter, progress, errors}};
-    session.ReadSettings("C:\\Declarix\\");
-    session::OpenCommonConnection(session);
-    companies::Fields fields = companies::NewCompany();
-    fields.Set("Cod_Fiscal", "RO123456");
-    fields.Set("Nume_Firma", "PROBA SRL");
-    Must(companies::CreateCompany(session, fields), prompter);
-    calc::AddRate(session, "EUR", store::Date{46050}, 4.9751, 1);
-    calc::AddRate(session, "USD", store::Date{46050}, 4.5, 1);
-    AddLines(session);
-    Raw raw(drives.ToHost(session.current.database_path).string());
-    MeasureReading(session, raw, prompter);
-    MeasureEditing(session, raw, prompter);
+    test_support::Installation at;
+    at.prompter().AcceptAnything(true);
+    calc::AddRate(at.session, "EUR", store::Date{46050}, 4.9751, 1);
+    calc::AddRate(at.session, "USD", store::Date{46050}, 4.5, 1);
+    AddLines(at.session);
+    bench::Raw raw(at.files().ToHost(at.session.company.path()).string());
+    store::RegisterFunctions(raw.db());  // the columns' own text order
+    MeasureReading(at.session, raw);
+    MeasureEditing(at.session, raw);
   } catch (const std::exception& error) {
     fmt::print(stderr, "editor_bench: {}\n", error.what());
     return 1;

@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 
+#include "measure.h"
 #include "platform/spreadsheet/sheet.h"
 
 namespace bench {
@@ -144,10 +144,6 @@ double Aggregate(const RawLines& lines, const std::string& file, std::size_t& co
 }
 
 }  // namespace
-
-double Seconds() {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 std::size_t RawLines::Column(const std::string& name) const {
   const auto at = std::find(columns.begin(), columns.end(), name);

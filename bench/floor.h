@@ -40,6 +40,4 @@ struct Floor {
 Floor MeasureFloor(const std::string& worksheet, const std::string& sheet, const RawLines& lines,
                    const std::string& folder);
 
-double Seconds();  ///< monotonic
-
 }  // namespace bench

@@ -7,18 +7,15 @@
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <sqlite3.h>
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
 #include "calc/redistribution/net_mass.h"
 #include "calc/redistribution/stat_value.h"
 #include "calc/redistribution/transport.h"
-#include "companies/register.h"
-#include "setup/setup.h"
-#include "support/test_host.h"
+#include "measure.h"
+#include "support/installation.h"
 
 namespace {
 
@@ -27,18 +24,6 @@ using enum calc::Redis_Op;
 
 const declarations::Identity kDeclaration{"I", "RO123456", 2026, 3};
 constexpr int kRepeats = 3;
-
-class YesPrompter : public platform::Prompter {
- public:
-  void Message(std::string_view, std::string_view, platform::Icon) override {}
-  bool Ask(std::string_view, std::string_view, platform::Icon) override { return true; }
-};
-
-double Seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 /// 20 lines an invoice, 15 combinations of terms and country, 700 partners, 2,500 goods codes.
 void FillLines(session::Session& session, int lines) {
@@ -76,46 +61,17 @@ void FillLines(session::Session& session, int lines) {
   transaction.Commit();
 }
 
-/// The same lines in a table without collations.
-class Raw {
- public:
-  Raw(const std::string& file, const std::string& company_file) {
-    sqlite3_open(file.c_str(), &db_);
-    // Only to read the company's table with; the copy's columns compare by bytes.
-    sqlite3_create_collation(db_, "DX", SQLITE_UTF8, nullptr,
-                             [](void*, int, const void*, int, const void*) { return 0; });
-    Run("PRAGMA journal_mode=DELETE; PRAGMA synchronous=FULL");
-    Run("ATTACH '" + company_file + "' AS company");
-    Run("CREATE TABLE Intrastat AS SELECT * FROM company.Intrastat");
-    Run("DETACH company");
-    Run("CREATE INDEX Intrastat_Declaratie ON Intrastat (Anul, Luna)");
-  }
-  ~Raw() { sqlite3_close(db_); }
-  Raw(const Raw&) = delete;
-  Raw& operator=(const Raw&) = delete;
-
-  void Run(const std::string& sql) {
-    if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-      throw std::runtime_error(sqlite3_errmsg(db_));
-    }
-  }
-  struct Prepared {
-    sqlite3_stmt* handle = nullptr;
-    ~Prepared() { sqlite3_finalize(handle); }
-  };
-  void Prepare(const std::string& sql, Prepared& out) {
-    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &out.handle, nullptr) != SQLITE_OK) {
-      throw std::runtime_error(sqlite3_errmsg(db_));
-    }
-  }
-  void Step(const Prepared& statement) {
-    if (sqlite3_step(statement.handle) != SQLITE_DONE) throw std::runtime_error(sqlite3_errmsg(db_));
-    sqlite3_reset(statement.handle);
-  }
-
- private:
-  sqlite3* db_ = nullptr;
-};
+/// Takes the lines into a table without collations.
+void CopyLines(bench::Raw& raw, const std::string& company_file) {
+  // Only to read the company's table with; the copy's columns compare by bytes.
+  sqlite3_create_collation(raw.db(), "DX", SQLITE_UTF8, nullptr,
+                           [](void*, int, const void*, int, const void*) { return 0; });
+  raw.Run("PRAGMA journal_mode=DELETE; PRAGMA synchronous=FULL");
+  raw.Run("ATTACH '" + company_file + "' AS company");
+  raw.Run("CREATE TABLE Intrastat AS SELECT * FROM company.Intrastat");
+  raw.Run("DETACH company");
+  raw.Run("CREATE INDEX Intrastat_Declaratie ON Intrastat (Anul, Luna)");
+}
 
 /// One calculation: its groups and the raw form of its statements, whose ?1 is the group's number (quotient
 /// or percentage), and the keys from ?2 on.
@@ -127,24 +83,25 @@ struct Case {
 };
 
 /// `indexed`: with an index on the keys that is made and dropped within the transaction, as the run does.
-double RunRaw(Raw& raw, const Case& c, store::Recordset rows, bool indexed) {
-  return Seconds([&] {
+double RunRaw(bench::Raw& raw, const Case& c, store::Recordset rows, bool indexed) {
+  return bench::SecondsOf([&] {
     std::string where = " WHERE TIP='I' AND Cod_Fiscal='RO123456' AND Anul=2026 AND Luna=3";
     for (std::size_t i = 0; i < c.keys.size(); ++i) where += fmt::format(" AND {}=?{}", c.keys[i], i + 2);
     raw.Run("BEGIN");
     if (indexed)
       raw.Run(fmt::format("CREATE INDEX Keys ON Intrastat (Anul, Luna, {})", fmt::join(c.keys, ", ")));
-    std::vector<Raw::Prepared> statements(c.updates.size());
+    std::vector<bench::Raw::Prepared> statements(c.updates.size());
     for (std::size_t i = 0; i < c.updates.size(); ++i) raw.Prepare(c.updates[i] + where, statements[i]);
     for (rows.MoveFirst(); !rows.eof(); rows.MoveNext()) {
-      for (const Raw::Prepared& statement : statements) {
+      for (const bench::Raw::Prepared& statement : statements) {
         sqlite3_bind_double(statement.handle, 1, c.number(rows));
         for (std::size_t i = 0; i < c.keys.size(); ++i) {
           const std::string_view key = rows.TextView(4 + static_cast<int>(i));
           sqlite3_bind_text(statement.handle, static_cast<int>(i) + 2, key.data(),
                             static_cast<int>(key.size()), SQLITE_TRANSIENT);
         }
-        raw.Step(statement);
+        if (sqlite3_step(statement.handle) != SQLITE_DONE) throw std::runtime_error(sqlite3_errmsg(raw.db()));
+        sqlite3_reset(statement.handle);
       }
     }
     statements.clear();
@@ -153,10 +110,10 @@ double RunRaw(Raw& raw, const Case& c, store::Recordset rows, bool indexed) {
   });
 }
 
-void Measure(Raw& raw, const Case& c, int repeats) {
+void Measure(bench::Raw& raw, const Case& c, int repeats) {
   double list = 0, plain = 0, with_index = 0, ours = 0, preview = 0;
   const auto best = [](double& kept, double now) { kept = kept == 0 ? now : std::min(kept, now); };
-  best(list, Seconds([&] { c.groups.Load(); }));
+  best(list, bench::SecondsOf([&] { c.groups.Load(); }));
   store::Recordset rows = c.groups.rows();
   const auto set = [&](const char* field, const store::Value& value) {
     if (rows.FindField(field) >= 0) rows.Set(field, value);
@@ -173,13 +130,13 @@ void Measure(Raw& raw, const Case& c, int repeats) {
   for (int i = 0; i <= repeats; ++i) {
     const double raw_now = RunRaw(raw, c, rows, false);
     const double indexed_now = RunRaw(raw, c, rows, true);
-    const double ours_now = Seconds([&] { report = c.groups.CmdAjustare(); });
+    const double ours_now = bench::SecondsOf([&] { report = c.groups.CmdAjustare(); });
     if (i == 0 && repeats > 0) continue;
     best(plain, raw_now);
     best(with_index, indexed_now);
     best(ours, ours_now);
   }
-  best(preview, Seconds([&] { c.groups.Preview(); }));
+  best(preview, bench::SecondsOf([&] { c.groups.Preview(); }));
   std::int64_t lines = 0;
   for (const calc::GroupFigures& figures : report.figures) lines += figures.lines;
   fmt::print("| {} | {} | {} | {:.2f} s | {:.3f} s | {:.3f} s | {:.2f} | {:.2f} | {:.3f} s | {:.3f} s |\n",
@@ -189,25 +146,12 @@ void Measure(Raw& raw, const Case& c, int repeats) {
 }
 
 void RunAll(int lines) {
-  test_support::TempFolder folder;
-  platform::Drives drives{folder.path()};
-  platform::Files files{drives};
-  platform::SystemClock clock;
-  YesPrompter prompter;
-  platform::SilentProgress progress;
-  platform::ErrorLog errors{files, clock};
-  setup::LayDown({files, clock, prompter, progress, errors}, setup::kDefaultRoot,
-                 drives.FromHost(DECLARIX_SOURCE_DIR "/data"));
-  session::Session session{{files, clock, prompter, progress, errors}};
-  session.ReadSettings("C:\\Declarix\\");
-  session::OpenCommonConnection(session);
-  companies::Fields fields = companies::NewCompany();
-  fields.Set("Cod_Fiscal", "RO123456");
-  fields.Set("Nume_Firma", "PROBA SRL");
-  if (!companies::CreateCompany(session, fields)) throw std::runtime_error("no company");
+  test_support::Installation at;
+  at.prompter().AcceptAnything(true);
+  session::Session& session = at.session;
   FillLines(session, lines);
-  Raw raw((folder.path() / "raw.db").string(),
-          drives.ToHost("C:\\Declarix\\System\\DataBase\\RO123456.mdb").string());
+  bench::Raw raw((at.machine.folder.path() / "raw.db").string());
+  CopyLines(raw, at.files().ToHost(session.company.path()).string());
 
   const std::string second =
       "UPDATE Intrastat SET Val_Stat = Val_Fiscala + round(Transport_Suma * Transport_Curs, 2)";

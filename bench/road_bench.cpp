@@ -2,8 +2,8 @@
 // must do. Prints a Markdown table of ratios; absolute seconds are of this machine and only for orientation.
 //
 //   road_bench                       6,500 and 65,000 rows
-//   road_bench make FILE ROWS        only writes the worksheet (its own process, so that peak memory is the
-//   road's) road_bench run FILE ROWS DATA    one measured run
+//   road_bench make FILE ROWS        only writes the worksheet, in a process of its own: peak memory is the
+//   road's road_bench run FILE ROWS         one measured run
 
 #include <fmt/format.h>
 
@@ -12,15 +12,14 @@
 
 #include "calc/checker.h"
 #include "calc/rates.h"
-#include "companies/register.h"
 #include "declarations/export.h"
 #include "floor.h"
 #include "import/run.h"
 #include "import/template_rows.h"
 #include "import/templates.h"
+#include "measure.h"
 #include "peak_memory.h"
-#include "setup/setup.h"
-#include "support/test_host.h"
+#include "support/installation.h"
 #include "support/xls_writer.h"
 #include "tariff/lookup.h"
 
@@ -90,17 +89,6 @@ void MakeWorksheet(const std::string& path, unsigned rows, const std::string& da
   book.Save(path);
 }
 
-/// Answers everything with Yes and keeps what was said for the case that a step is refused.
-class BenchPrompter : public platform::Prompter {
- public:
-  void Message(std::string_view text, std::string_view, platform::Icon) override { last = text; }
-  bool Ask(std::string_view text, std::string_view, platform::Icon) override {
-    last = text;
-    return true;
-  }
-  std::string last;
-};
-
 struct Measured {
   double import = 0;
   double check = 0;        ///< first check, which brings the lines up to date
@@ -113,28 +101,16 @@ struct Measured {
   bench::Floor floor;
 };
 
-Measured RunRoad(const std::string& worksheet, unsigned rows, const std::string& data_folder) {
-  test_support::TempFolder folder;
-  platform::Drives drives{folder.path()};
-  platform::Files files{drives};
-  platform::SystemClock clock;
-  BenchPrompter prompter;
-  platform::SilentProgress progress;
-  platform::ErrorLog errors{files, clock};
-  platform::Host host{files, clock, prompter, progress, errors};
-
+Measured RunRoad(const std::string& worksheet, unsigned rows) {
+  test_support::Installation at;
+  at.prompter().AcceptAnything(true);
+  session::Session& session = at.session;
   const auto must = [&](bool done, const char* step) {
-    if (!done) throw std::runtime_error(fmt::format("{}: {}", step, prompter.last));
+    if (done) return;
+    const std::vector<std::string>& seen = at.prompter().seen();
+    throw std::runtime_error(fmt::format("{}: {}", step, seen.empty() ? "" : seen.back()));
   };
-  setup::LayDown(host, setup::kDefaultRoot, drives.FromHost(data_folder));
-  session::Session session{host};
-  session.ReadSettings("C:\\Declarix\\");
-  session::OpenCommonConnection(session);
-  companies::Fields fields = companies::NewCompany();
-  fields.Set("Cod_Fiscal", "RO123456");
-  fields.Set("Nume_Firma", "PROBA SRL");
-  fields.Set("ValoareStatistica", "1");
-  must(companies::CreateCompany(session, fields), "company");
+  session.common.Execute("UPDATE Firme SET ValoareStatistica=-1");
   calc::AddRate(session, "EUR", store::Date{46050}, 4.9751, 1);
   importer::TemplateEditor editor{session};
   editor.New();
@@ -152,7 +128,7 @@ Measured RunRoad(const std::string& worksheet, unsigned rows, const std::string&
   importer::Inputs inputs;
   inputs.Anul = 2026;
   inputs.Luna = 3;
-  inputs.path = drives.FromHost(worksheet);
+  inputs.path = at.files().drives().FromHost(worksheet);
   inputs.sheet = kSheet;
   inputs.Cod_Fiscal = "RO123456";
   inputs.Nume_Structura = "Proba";
@@ -184,10 +160,10 @@ Measured RunRoad(const std::string& worksheet, unsigned rows, const std::string&
 
   measured.peak_mib = bench::PeakMemoryMiB();
   measured.rows = rows;
+  const std::string database = at.files().ToHost(session.company.path()).string();
   session.company.Close();
-  const std::string database = drives.ToHost("C:\\Declarix\\System\\DataBase\\RO123456.mdb").string();
-  measured.floor =
-      bench::MeasureFloor(worksheet, kSheet, bench::ReadRaw(database, "Intrastat"), folder.path().string());
+  measured.floor = bench::MeasureFloor(worksheet, kSheet, bench::ReadRaw(database, "Intrastat"),
+                                       at.machine.folder.path().string());
   return measured;
 }
 
@@ -211,7 +187,7 @@ int main(int argc, char** argv) {
       return 0;
     }
     if (argc == 4 && std::string_view(argv[1]) == "run") {
-      Print(RunRoad(argv[2], static_cast<unsigned>(std::atoi(argv[3])), data_folder));
+      Print(RunRoad(argv[2], static_cast<unsigned>(std::atoi(argv[3]))));
       return 0;
     }
     fmt::print(

@@ -3,7 +3,6 @@
 // Markdown; the files lie in memory (/dev/shm), so that no figure holds the disk's sync.
 
 #include <fmt/format.h>
-#include <sqlite3.h>
 
 #include <QApplication>
 #include <QImage>
@@ -12,9 +11,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "companies/register.h"
-#include "floor.h"
-#include "setup/setup.h"
+#include "measure.h"
 #include "support/installation.h"
 #include "tariff/levels.h"
 #include "tariff/notes.h"
@@ -26,56 +23,6 @@ namespace {
 
 constexpr int kLines = 65000;
 constexpr int kRuns = 7;
-
-double Shortest(const std::function<void()>& run) {
-  double best = 1e9;
-  for (int i = 0; i < kRuns; ++i) {
-    const double start = bench::Seconds();
-    run();
-    best = std::min(best, bench::Seconds() - start);
-  }
-  return best;
-}
-
-/// A statement of SQLite's own; every value of every row is looked at.
-class Raw {
- public:
-  explicit Raw(const std::string& file) {
-    if (sqlite3_open(file.c_str(), &db_) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(db_));
-  }
-  ~Raw() { sqlite3_close(db_); }
-  Raw(const Raw&) = delete;
-  Raw& operator=(const Raw&) = delete;
-
-  int Step(const std::string& sql) {
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
-      throw std::runtime_error(sqlite3_errmsg(db_));
-    }
-    int rows = 0;
-    double sum = 0;
-    for (; sqlite3_step(statement) == SQLITE_ROW; ++rows) {
-      for (int i = 0; i < sqlite3_column_count(statement); ++i) {
-        switch (sqlite3_column_type(statement, i)) {
-          case SQLITE_NULL:
-            break;
-          case SQLITE_TEXT:
-            sum += *sqlite3_column_text(statement, i) + sqlite3_column_bytes(statement, i);
-            break;
-          default:
-            sum += sqlite3_column_double(statement, i);
-        }
-      }
-    }
-    sqlite3_finalize(statement);
-    looked_at_ = looked_at_ + sum;
-    return rows;
-  }
-
- private:
-  sqlite3* db_ = nullptr;
-  volatile double looked_at_ = 0;
-};
 
 /// Lines over all codes of the tariff, described by it.
 void AddLines(session::Session& session) {
@@ -114,13 +61,13 @@ void Describe(session::Session& session) {
 
 void MeasureSearches(test_support::Installation& at) {
   const auto host = [&](const std::string& path) { return at.files().ToHost(path).string(); };
-  Raw tariff(host(at.session.tariff.path())), company(host(at.session.company.path()));
+  bench::Raw tariff(host(at.session.tariff.path())), company(host(at.session.company.path()));
   std::printf("\n| expression | tariff rows | lines | s | raw s | ratio |\n|---|---|---|---|---|---|\n");
   for (const char* expression : {"847130", "84", "automate", "zzz", "a"}) {
     std::optional<tariff::SearchResult> found;
-    const double ours = Shortest([&] { found = tariff::SearchTariff(at.session, expression); });
+    const double ours = bench::Shortest(kRuns, [&] { found = tariff::SearchTariff(at.session, expression); });
     int rows = 0, lines = 0;
-    const double raw = Shortest([&] {
+    const double raw = bench::Shortest(kRuns, [&] {
       rows = tariff.Step(fmt::format(
           "SELECT HS8_COD, HS12_COD, DATE_START, UM_SUPL, DESCRIERE FROM HS_8 WHERE DESCRIERE LIKE '%{0}%' "
           "OR HS12_COD LIKE '%{0}%'",
@@ -184,8 +131,8 @@ void MeasureNotes(test_support::Installation& at) {
   }
   at.files().Replace(kPath, xml + "</CHAPTER></SECTION></CNSTEXT>");
   tariff::ExplanatoryNotes notes;
-  const double load = Shortest([&] { notes.Load(at.machine.host(), kPath); });
-  const double row = Shortest([&] { notes.Rtf("970690000000"); });
+  const double load = bench::Shortest(kRuns, [&] { notes.Load(at.machine.host(), kPath); });
+  const double row = bench::Shortest(kRuns, [&] { notes.Rtf("970690000000"); });
   std::printf("\nNotes of %zu KiB: loaded in %.3f s, those of a row in %.2f ms.\n", xml.size() / 1024, load,
               row * 1000);
 }
