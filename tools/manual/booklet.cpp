@@ -73,8 +73,8 @@ class Flow {
     text_.setPageSize(page_);
   }
 
-  // A heading never stands at the foot of a page with little or no text below it, nor a picture above the
-  // break and its caption below.
+  // A heading never stands at the foot of a page with little or no text below it, nor words that announce
+  // what follows, nor a picture without its caption.
   void KeepTogether() {
     for (QTextBlock block = text_.begin(); block.isValid(); block = block.next()) {
       QTextBlock last = block;
@@ -85,7 +85,7 @@ class Flow {
           last = last.next();
         }
       }
-      if (IsPicture(last)) {
+      while (IsPicture(last) || last.text().endsWith(':')) {
         last = last.next();
       }
       if (!last.isValid() || PageOf(last) == PageOf(block)) {

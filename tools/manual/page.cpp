@@ -35,7 +35,7 @@ li { margin: 4px 0; }
 a { color: var(--accent); text-decoration: none; }
 a:hover, a:focus { text-decoration: underline; }
 code { font: 0.92em "Cascadia Mono", Consolas, "DejaVu Sans Mono", monospace; padding: 1px 4px; background: var(--panel);
-       border: 1px solid var(--line); border-radius: 3px; white-space: nowrap; }
+       border: 1px solid var(--line); border-radius: 3px; overflow-wrap: break-word; }
 pre { padding: 12px 16px; overflow-x: auto; background: var(--panel); border: 1px solid var(--line); border-radius: 4px; }
 pre code { padding: 0; border: 0; background: none; white-space: pre; }
 blockquote { max-width: 46em; margin: 16px 0; padding: 10px 16px; background: var(--panel); border-left: 4px solid var(--accent); }
