@@ -4,7 +4,7 @@ namespace manual {
 namespace {
 
 constexpr char kStyle[] = R"(
-:root { --text: #1d2730; --faint: #5b6b78; --accent: #1f6391; --line: #d3dde5; --panel: #f3f7fa; --paper: #ffffff; }
+:root { color-scheme: light dark; --text: #1d2730; --faint: #5b6b78; --accent: #1f6391; --line: #d3dde5; --panel: #f3f7fa; --paper: #ffffff; }
 @media (prefers-color-scheme: dark) {
   :root { --text: #dfe6ec; --faint: #9fb0bd; --accent: #7db8de; --line: #37444f; --panel: #1f272e; --paper: #161c21; }
 }
