@@ -21,6 +21,7 @@ struct EditorOpening {
   std::string title;    ///< "Modificare Declaratie : I - 2026 / 3"
   /// The dialog named a declaring agent, whose data stand in the file of last-used values.
   bool Check_Dec_Tert = false;
+  std::int64_t Record_ID = 0;  ///< the line to begin at; 0: none in particular
 };
 
 /// Checks the dialog's fields, each missing one being shown; the identity where all are there. A year or

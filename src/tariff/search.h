@@ -21,4 +21,10 @@ struct SearchResult {
 /// statements as it stands: a quote in it throws store::Error.
 std::optional<SearchResult> SearchTariff(session::Session& session, std::string_view expression);
 
+/// Record_ID of the declaration line behind a row of SearchResult::declarations, which reads no key. Rows
+/// alike in every column are told apart by their order only. Nothing where the line has changed since, or is
+/// gone. Throws store::Error.
+std::optional<std::int64_t> FoundLine(session::Session& session, store::Recordset declarations,
+                                      std::int64_t row);
+
 }  // namespace tariff

@@ -26,6 +26,8 @@ struct Context {
   std::function<bool(std::string_view page)> open_help = {};
   /// Shows a list as a report: preview, print, export.
   std::function<void(const GridContent& content, QWidget* parent)> preview_list = {};
+  /// Opens the declaration that a line belongs to, at the line, over `parent`; comes back when it is closed.
+  std::function<void(std::int64_t Record_ID, QWidget* parent)> open_line = {};
 };
 
 }  // namespace ui

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "support/sample_lines.h"
 
 namespace {
@@ -43,6 +45,28 @@ TEST(SearchTariff, WithoutATariffChoosesThatOfTheCurrentWork) {
   const auto found = tariff::SearchTariff(at.session, "84713000");
   EXPECT_EQ(found->tariff_status, "");
   EXPECT_EQ(found->declarations.record_count(), 0);
+}
+
+TEST(SearchTariff, FoundLinesAreToldApart) {
+  Installation at;
+  for (const double amount : {10.0, 20.0, 10.0, 30.0}) {
+    test_support::AddLine(at.session, "I", 2026, 3, {{"Descriere", "Pompa"}, {"Val_Fiscala", amount}});
+  }
+  test_support::AddLine(at.session, "O", 2026, 2, {{"Descriere", "Pompa"}, {"Val_Fiscala", 10.0}});
+  store::Recordset found = tariff::SearchTariff(at.session, "pompa")->declarations;
+  found.SetSort("Val_Fiscala");  // as the user may have put it
+  std::set<std::int64_t> lines;
+  for (int row = 0; row < 5; ++row) {
+    const auto line = tariff::FoundLine(at.session, found, row);
+    ASSERT_TRUE(line);
+    lines.insert(*line);
+    found.set_position(row);
+    EXPECT_EQ(at.Get(fmt::format("SELECT Val_Fiscala FROM Intrastat WHERE Record_ID={}", *line)), found[5]);
+    EXPECT_EQ(at.Get(fmt::format("SELECT luna FROM Intrastat WHERE Record_ID={}", *line)), found[1]);
+  }
+  EXPECT_EQ(lines.size(), 5U);
+  at.Run("UPDATE Intrastat SET Val_Fiscala=31 WHERE Val_Fiscala=30");
+  EXPECT_EQ(tariff::FoundLine(at.session, found, 4), std::nullopt);
 }
 
 TEST(SearchTariff, NothingForNothingAndAQuoteFails) {

@@ -58,6 +58,10 @@ void Desktop::BindWorkScreens() {
   context_.preview_list = [this](const ui::GridContent& content, QWidget* over) {
     reports::PreviewList(context_, content, over);
   };
+  context_.open_line = [this](std::int64_t Record_ID, QWidget* over) {
+    const auto opening = declarations::DeclarationList::OpeningAt(*session_, Record_ID);
+    if (opening) OpenEditor(*opening, false, over);
+  };
   commands_.Handle("INTRASTAT", [this](const Command& command) {
     OpenOnce(command.key, [this] {
       return new declarations::Frm_Intrastat_Lista(

@@ -106,6 +106,18 @@ EditorOpening DeclarationList::Opening(const Identity& identity, bool view) {
   return opening;
 }
 
+std::optional<EditorOpening> DeclarationList::OpeningAt(session::Session& session, std::int64_t Record_ID) {
+  const store::Recordset line = session.company.Query(
+      fmt::format("SELECT TIP, Cod_Fiscal, Anul, Luna FROM Intrastat WHERE Record_ID={}", Record_ID));
+  if (line.record_count() == 0) return std::nullopt;
+  EditorOpening opening =
+      Opening({line["TIP"].ToText(), line["Cod_Fiscal"].ToText(), static_cast<int>(line["Anul"].ToInteger()),
+               static_cast<int>(line["Luna"].ToInteger())},
+              false);
+  opening.Record_ID = Record_ID;
+  return opening;
+}
+
 std::string DeclarationList::ModifyTitle(const Identity& identity) {
   return Title("Modificare Declaratie : ", identity);
 }

@@ -53,6 +53,8 @@ class DeclarationList {
 
   /// What the editor opens with.
   static EditorOpening Opening(const Identity& identity, bool view);
+  /// To change the declaration of a line, at the line; nothing where the line is gone. Throws store::Error.
+  static std::optional<EditorOpening> OpeningAt(session::Session& session, std::int64_t Record_ID);
 
   /// Deletes all lines of the declaration after a question; true when the list changed.
   bool Delete(int row);

@@ -306,7 +306,11 @@ OpenEditor EditorOpener(ui::Context& context, EditorCommands commands) {
       [&context, commands = std::move(commands)](const EditorOpening& opening, bool view, QWidget* parent) {
         ui::Try(context, [&] {
           Frm_INTRASTAT screen(context, opening, view, commands, parent);
-          if (screen.is_open()) screen.exec();
+          if (!screen.is_open()) return;
+          if (opening.Record_ID != 0) {
+            QTimer::singleShot(0, &screen, [&] { screen.GoTo(opening.Record_ID, "Cod_NC"); });
+          }
+          screen.exec();
         });
       };
 }

@@ -2,7 +2,7 @@
 
 #include "tariff/notes.h"
 #include "ui/grid.h"
-#include "ui/screen.h"
+#include "ui/list_screen.h"
 
 class QLabel;
 class QLineEdit;
@@ -13,7 +13,8 @@ namespace tariff {
 class NotesPane;
 
 /// The advanced search: an expression looked up at once in the tariff and in the company's declaration
-/// lines, with the explanatory notes of the tariff's current row.
+/// lines, with the explanatory notes of the tariff's current row. Each list can be printed and exported; a
+/// found line leads to its declaration.
 class Frm_Cautare_Tarif : public ui::Screen {
   Q_OBJECT
  public:
@@ -23,15 +24,32 @@ class Frm_Cautare_Tarif : public ui::Screen {
   void SearchFor(const QString& expression);
 
  private:
-  QWidget* Part(ui::Grid* grid, QLabel* status);
-  void Search();
+  /// One of the two lists and what stands under it.
+  struct List {
+    ui::RecordsetModel* rows = nullptr;
+    ui::Grid* grid = nullptr;
+    QLabel* status = nullptr;
+    QString title;                            ///< of prints and files; the expression follows
+    std::vector<QPushButton*> commands = {};  ///< that need rows
+  };
+
+  QWidget* MakeList(List& list, const QString& name, std::vector<ui::Column> columns);
+  QWidget* MakeNotes();
+  void MakeLayout(QWidget* commands, QWidget* expression);
+  List& ActiveList();  ///< the one with the focus, else the tariff's unless it alone is empty
+  ui::GridContent ContentOf(const List& list) const;
+  void Print(const List& list);
+  void Export(const List& list);
+
+  void Search(const QString& expression);
+  void Show(List& list, const store::Recordset& rows, const std::string& status, const QString& nothing);
   void ShowNotes();
+  void OpenLine();
 
   ExplanatoryNotes notes_;
+  QString searched_;  ///< what the lists show
   QLineEdit* expression_;
-  ui::RecordsetModel *tariff_rows_, *declaration_rows_;
-  ui::Grid *tariff_grid_, *declaration_grid_;
-  QLabel *tariff_status_, *declaration_status_;
+  List tariff_, declarations_;
   NotesPane* pane_;
   QPushButton* copy_ = nullptr;
 };

@@ -14,7 +14,10 @@
 #include "companies/screens/company.h"
 #include "companies/screens/company_list.h"
 #include "companies/screens/defaults.h"
+#include "declarations/screens/editor_screen.h"
 #include "support/qt/screen_fixture.h"
+#include "support/sample_lines.h"
+#include "tariff/screens/advanced_search.h"
 #include "ui/colour_field.h"
 
 namespace {
@@ -168,6 +171,30 @@ TEST(MainWindow, HasEveryCommandAndEachOneDoesSomething) {
     EXPECT_TRUE(letters.insert(QKeySequence::mnemonic(button->text()).toString()).second)
         << button->text().toStdString();
   }
+}
+
+TEST(MainWindow, TheSearchBoxLeadsToADeclaredLine) {
+  OpenDesktop open;
+  test_support::AddLine(open.at.session, "I", 2026, 3, {{"Descriere", "Furtun"}});
+  test_support::AddLine(open.at.session, "I", 2026, 3, {{"Descriere", "Pompa de vid"}});
+  open.desktop.QuickSearch("pompa de vid");
+  auto* search = open.window().findChild<tariff::Frm_Cautare_Tarif*>();
+  ASSERT_NE(search, nullptr);
+  QString title, line;
+  QTimer::singleShot(0, [&] {
+    // The editor goes to its line once it is open.
+    QTimer::singleShot(0, [&] {
+      auto* editor = qobject_cast<declarations::Frm_INTRASTAT*>(QApplication::activeModalWidget());
+      ASSERT_NE(editor, nullptr);
+      title = editor->windowTitle();
+      ui::Grid& lines = *editor->grid();
+      line = lines.grid_model()->TextAt(lines.current_row(), lines.grid_model()->ColumnOf("Descriere"));
+      editor->reject();
+    });
+  });
+  ScreenFixture::Click(*search, "CmdDeclaratie");
+  EXPECT_TRUE(title.endsWith("Modificare Declaratie : I - 2026 / 3")) << title.toStdString();
+  EXPECT_EQ(line, "Pompa de vid");
 }
 
 TEST(MainWindow, ShowsCompanyAndPublisher) {

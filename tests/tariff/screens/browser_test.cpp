@@ -5,6 +5,7 @@
 
 #include "support/qt/mnemonics.h"
 #include "support/qt/screen_fixture.h"
+#include "support/sample_lines.h"
 #include "tariff/screens/advanced_search.h"
 #include "tariff/screens/notes_pane.h"
 
@@ -144,7 +145,43 @@ TEST(AdvancedSearch, ShowsBothListsAndTheNotes) {
   QTest::keyClick(&at.Get<QLineEdit>(*screen, "TxtExpresie"), Qt::Key_Return);
   EXPECT_EQ(at.Get<ui::Grid>(*screen, "GridTarif").grid_model()->Rows(), 0);
   EXPECT_TRUE(notes.rtf().empty());
+  EXPECT_FALSE(at.Get<QPushButton>(*screen, "CmdTiparireTarif").isEnabled());
   EXPECT_EQ(test_support::SharedMnemonics(*screen), std::vector<std::string>());
+}
+
+TEST(AdvancedSearch, PrintsEachListAndOpensTheFoundLine) {
+  ScreenFixture at;
+  test_support::AddLine(at.at.session, "I", 2026, 2, {{"Descriere", "Pompa de apa"}});
+  test_support::AddLine(at.at.session, "O", 2026, 3, {{"Descriere", "Pompa de vid"}});
+  std::vector<std::string> printed;
+  at.context.preview_list = [&](const ui::GridContent& content, QWidget*) {
+    printed.push_back(fmt::format("{}: {} x {}", content.title.toStdString(), content.model->Rows(),
+                                  content.columns.size()));
+  };
+  std::int64_t opened = 0;
+  at.context.open_line = [&](std::int64_t Record_ID, QWidget*) {
+    opened = Record_ID;
+    at.at.Run("DELETE FROM Intrastat WHERE Descriere='Pompa de vid'");
+  };
+  tariff::Frm_Cautare_Tarif screen(at.context);
+  screen.show();
+  QApplication::setActiveWindow(&screen);
+  screen.SearchFor(QStringLiteral("84713000"));
+  auto& lines = at.Get<ui::Grid>(screen, "GridDeclaratii");
+  QTest::keyClick(&screen, Qt::Key_P, Qt::ControlModifier);
+  lines.setFocus();
+  QTest::keyClick(&screen, Qt::Key_P, Qt::ControlModifier);
+  EXPECT_EQ(printed, (std::vector<std::string>{"Tarif vamal - 84713000: 1 x 5",
+                                               "Declaratii intrastat - 84713000: 2 x 7"}));
+  lines.SelectRow(1, 6);
+  QTest::keyClick(&lines, Qt::Key_Return);
+  EXPECT_EQ(opened, at.at.Get("SELECT Record_ID FROM Intrastat WHERE luna=2").ToInteger());
+  EXPECT_EQ(lines.grid_model()->Rows(), 1);  // read again
+  EXPECT_EQ(lines.current_row(), 0);
+
+  at.at.Run("UPDATE Intrastat SET Descriere='Altceva'");
+  at.at.prompter().ExpectInfo("Linia nu mai exista asa cum a fost gasita. Cautati din nou.", "Mesaj");
+  ScreenFixture::Click(screen, "CmdDeclaratie");
 }
 
 TEST(QuickSearch, BringsTheOpenScreenForward) {
