@@ -59,7 +59,8 @@ void Count(const Nomenclature& nomenclature, LoadOutcome& outcome) {
 }  // namespace
 
 LoadOutcome LoadNomenclature(session::Session& session, std::string_view data_folder,
-                             std::string_view xml_path, int year) {
+                             std::string_view xml_path, int year,
+                             const std::function<bool(const std::string& version)>& accept) {
   LoadOutcome outcome;
   const auto fail = [&](std::string_view reason) {
     outcome.error = fmt::format("Fisierul : {} nu poate fi incarcat: {}", xml_path, reason);
@@ -77,6 +78,8 @@ LoadOutcome LoadNomenclature(session::Session& session, std::string_view data_fo
     std::string xml = files.Read(xml_path);
     const NomenclatureReading reading = ReadNomenclature(xml);
     if (!reading.error.empty()) return fail(reading.error);
+    const std::string& version = reading.nomenclature.version;
+    if (accept && !version.empty() && version != std::to_string(year) && !accept(version)) throw Stopped{};
 
     const store::Environment environment{.drives = &files.drives(),
                                          .link_folder = [&session] { return session.settings.DataBase; }};

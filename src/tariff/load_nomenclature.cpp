@@ -198,11 +198,17 @@ void Nomenclature::AddParents(std::string_view code, std::string_view heading_te
 
 NomenclatureReading ReadNomenclature(std::string& xml) {
   NomenclatureReading reading;
+  const std::string_view text = platform::Trim(xml);
+  if (text.empty()) {
+    reading.error = "este gol";
+    return reading;
+  }
+  const bool ended = text.ends_with('>');  // asked now: parsing writes over the text
   pugi::xml_document document;
   const pugi::xml_parse_result parsed = document.load_buffer_inplace(xml.data(), xml.size());
   if (!parsed) {
-    reading.error =
-        fmt::format("nu este un fisier XML corect (octetul {}: {})", parsed.offset, parsed.description());
+    reading.error = fmt::format("nu este un fisier XML corect (octetul {} din {}){}", parsed.offset,
+                                xml.size(), ended ? "" : "; pare o descarcare intrerupta");
     return reading;
   }
   const pugi::xml_node root = document.document_element();

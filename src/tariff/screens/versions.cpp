@@ -113,7 +113,13 @@ void Frm_Tarif_Versiuni::Load() {
   {
     const ui::LongRun run(session().host.progress, QStringLiteral("Incarcare tarif"),
                           ui::Stopping::kPossible);
-    outcome = LoadNomenclature(session(), data_folder_, form.file(), form.year());
+    outcome =
+        LoadNomenclature(session(), data_folder_, form.file(), form.year(), [&](const std::string& version) {
+          return session().host.prompter.Ask(
+              fmt::format("Fisierul spune ca este versiunea {}, nu {}. Il incarcati ca tarif al anului {} ?",
+                          version, form.year(), form.year()),
+              "RASPUNDETI", platform::Icon::kQuestion);
+        });
   }
   if (outcome.stopped) {
     ShowStatus(QStringLiteral("Incarcare oprita; tarifele au ramas cum erau"));
@@ -135,12 +141,6 @@ void Frm_Tarif_Versiuni::Load() {
                  .arg(outcome.subheadings)
                  .arg(outcome.codes)
                  .arg(outcome.codes_with_unit));
-  if (!outcome.version.empty() && outcome.version != std::to_string(form.year())) {
-    session().host.prompter.Info(
-        fmt::format("Fisierul spune ca este versiunea {}, iar tariful a fost incarcat pentru anul {}.",
-                    outcome.version, form.year()),
-        "Mesaj");
-  }
 }
 
 Frm_Tarif_Incarcare::Frm_Tarif_Incarcare(ui::Context& screen_context,

@@ -67,8 +67,14 @@ TEST(Versions, AsksBeforeReplacingAndTellsOfAnotherVersion) {
   Load(on.screen, QStringLiteral("2026"));
   EXPECT_FALSE(on.screen.loaded());
   on.at.at.prompter().ExpectQuestion(question, "RASPUNDETI", platform::Icon::kQuestion, true);
-  on.at.at.prompter().ExpectInfo(
-      "Fisierul spune ca este versiunea 2025, iar tariful a fost incarcat pentru anul 2026.", "Mesaj");
+  constexpr char kOther[] =
+      "Fisierul spune ca este versiunea 2025, nu 2026. Il incarcati ca tarif al anului 2026 ?";
+  on.at.at.prompter().ExpectQuestion(kOther, "RASPUNDETI", platform::Icon::kQuestion, false);
+  Load(on.screen, QStringLiteral("2026"));
+  EXPECT_FALSE(on.screen.loaded());
+  EXPECT_GT(on.at.at.Get("SELECT COUNT(*) FROM HS8").ToInteger(), 1);
+  on.at.at.prompter().ExpectQuestion(question, "RASPUNDETI", platform::Icon::kQuestion, true);
+  on.at.at.prompter().ExpectQuestion(kOther, "RASPUNDETI", platform::Icon::kQuestion, true);
   Load(on.screen, QStringLiteral("2026"));
   EXPECT_TRUE(on.screen.loaded());
   // The tariff was open, and the company read its codes.
