@@ -51,7 +51,8 @@ bool Choose(session::Session& session, int month, int year) {
   }
   const std::string path = session.settings.DataBase + "CN\\" + *file;
   if (!session.host.files.Exists(path)) {
-    session.host.prompter.Error("Nu se poate identifica fisierul pentru tabela tarif vamal\r\n" + path);
+    session.host.errors.Write("ConexiuneTarif", path);  // the message does not name it
+    session.host.prompter.Error("Nu se poate identifica fisierul pentru tabela tarif vamal");
     return false;
   }
   return Reopen(session, path);

@@ -126,8 +126,7 @@ TEST_F(PeriodTest, RefusalsAreShownAndLeaveTheTariffInUse) {
   EXPECT_FALSE(ConexiuneTarif(session(), month, year));
   Versions({{"2026", "1", "NULL", "NULL", "lipsa.mdb"}});
   bench_.machine.files.Remove(session().settings.DataBase + "CN\\lipsa.mdb");
-  bench_.machine.prompter.ExpectStarting("Nu se poate identifica fisierul pentru tabela tarif vamal\r\n",
-                                         "EROARE", platform::Icon::kCritical);
+  bench_.machine.prompter.ExpectError("Nu se poate identifica fisierul pentru tabela tarif vamal");
   EXPECT_FALSE(ConexiuneTarif(session(), month, year));
   EXPECT_EQ(session().tariff.path(), before);
   EXPECT_NE(Cautare_Tarif(session(), "84713000"), "||");
