@@ -35,7 +35,7 @@ class ListModel : public QAbstractTableModel {
   }
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-    return section == kCodeColumn ? QStringLiteral("Cod") : QStringLiteral("Denumire");
+    return section == kCodeColumn ? list_->code_heading : list_->description_heading;
   }
 
  private:
@@ -126,7 +126,7 @@ void CodeBox::SetList(CodeList list) {
   list_ = std::move(list);
   items->End();
   // Measured are the longest only: measuring ten thousand texts would be felt.
-  QString code = QStringLiteral("Cod"), description;
+  QString code = list_.code_heading, description = list_.description_heading;
   for (const CodeList::Line& line : list_.lines) {
     if (line.code.size() > code.size()) code = line.code;
     if (line.description.size() > description.size()) description = line.description;

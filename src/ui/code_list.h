@@ -14,6 +14,7 @@ struct CodeList {
     QString code, description;
   };
   std::vector<Line> lines;
+  QString code_heading = QStringLiteral("Cod"), description_heading = QStringLiteral("Denumire");
 
   /// The first two columns of a statement. `Show the first, keep the second` lists (counties by name) pass
   /// `code_column` and `description_column`. Throws store::Error.

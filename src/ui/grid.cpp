@@ -8,6 +8,7 @@
 
 #include "ui/code_box.h"
 #include "ui/grid_delegate.h"
+#include "ui/grid_frozen.h"
 #include "ui/grid_layout.h"
 #include "ui/grid_margin.h"
 #include "ui/memory.h"
@@ -78,6 +79,7 @@ void Grid::SetGridModel(GridModel* model) {
     const ArrangingScope arranging(arranging_);
     setModel(model);
   }
+  if (frozen_ != nullptr) frozen_->Bind();
   if (model_ == nullptr) return;
   editable_ = std::any_of(model_->columns().begin(), model_->columns().end(),
                           [](const Column& each) { return each.editable; });
@@ -214,6 +216,25 @@ std::vector<int> Grid::visible_columns() const {
   return columns;
 }
 
+void Grid::FreezeFirstColumn() {
+  frozen_ = new FrozenColumn(this);
+  horizontalHeader()->setSectionsMovable(false);
+  ReadColours();
+  if (model_ != nullptr) frozen_->Bind();
+}
+
+void Grid::scrollTo(const QModelIndex& index, ScrollHint hint) {
+  if (frozen_ == nullptr) return QTableView::scrollTo(index, hint);
+  const int before = horizontalScrollBar()->value();
+  QTableView::scrollTo(index, hint);
+  if (index.column() == 0) {
+    horizontalScrollBar()->setValue(before);  // in view as it is
+    return;
+  }
+  const int covered = columnWidth(0) - columnViewportPosition(index.column());
+  if (covered > 0) horizontalScrollBar()->setValue(horizontalScrollBar()->value() - covered);
+}
+
 void Grid::SetEmptyText(const QString& text) {
   empty_text_ = text;
   viewport()->update();
@@ -221,6 +242,7 @@ void Grid::SetEmptyText(const QString& text) {
 
 void Grid::ReadColours() {
   delegate_->SetColours(GridColours::From(context_->session.settings));
+  if (frozen_ != nullptr) frozen_->delegate()->SetColours(GridColours::From(context_->session.settings));
   viewport()->update();
 }
 
@@ -392,11 +414,17 @@ void Grid::resizeEvent(QResizeEvent* event) {
   FillWidth();
 }
 
+void Grid::updateGeometries() {
+  QTableView::updateGeometries();
+  if (frozen_ != nullptr) frozen_->Follow();
+}
+
 void Grid::RepaintRow(int row) {
   if (row < 0) return;
   viewport()->update(0, rowViewportPosition(row), viewport()->width(), rowHeight(row));
   verticalHeader()->viewport()->update(0, rowViewportPosition(row), verticalHeader()->width(),
                                        rowHeight(row));
+  if (frozen_ != nullptr) frozen_->viewport()->update();
 }
 
 void Grid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

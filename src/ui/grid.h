@@ -8,6 +8,7 @@
 
 namespace ui {
 
+class FrozenColumn;
 class GridDelegate;
 
 /// The grid of every list and editor: row colours from the settings (the selected row keeps its own when the
@@ -36,6 +37,8 @@ class Grid : public QTableView {
   /// Until the user sets widths, the widest text column takes what is left of the view; false lets the space
   /// stay empty (few narrow columns that belong together). Before SetGridModel.
   void SetFillsWidth(bool on) { fills_width_ = on; }
+  /// The first column, which is not to be edited, stays in view however far the others are scrolled.
+  void FreezeFirstColumn();
   /// Said in the middle of an empty grid.
   void SetEmptyText(const QString& text);
   const QString& empty_text() const { return empty_text_; }
@@ -60,6 +63,7 @@ class Grid : public QTableView {
   /// was refused (shown).
   bool CommitEdit();
   void RevertEdit();  ///< the same, leaving the cell as it was
+  void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
   /// True while more than one cell is selected.
   bool has_block() const { return has_block_; }
 
@@ -80,6 +84,7 @@ class Grid : public QTableView {
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void updateGeometries() override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
@@ -101,6 +106,7 @@ class Grid : public QTableView {
   QString name_, empty_text_;
   QPointer<GridModel> model_;
   GridDelegate* delegate_;
+  FrozenColumn* frozen_ = nullptr;
   bool editable_ = false;    ///< some column is
   bool own_widths_ = false;  ///< the user has set widths
   bool fills_width_ = true;

@@ -145,6 +145,7 @@ QWidget* Frm_Interogari::ColumnsPart() {
   auto* part = new QWidget(this);
   columns_ = new ui::Grid(context(), objectName() + QStringLiteral("_coloane"), part);
   columns_->setObjectName(QStringLiteral("Grid_Coloane"));
+  columns_->FreezeFirstColumn();
   columns_->SetGridModel(columns_model_);
   columns_->horizontalHeader()->setSectionsClickable(false);
   columns_->SetEmptyText(QStringLiteral("Aici apar coloanele tabelului ales in stanga."));
@@ -222,6 +223,7 @@ void Frm_Interogari::TickAll() {
 }
 
 void Frm_Interogari::ShowQuery() {
+  if (!columns_->CommitEdit()) return;  // F5 comes while a value is being typed
   const std::vector<QueryColumn>& rows = columns_model_->rows();
   platform::Prompter& prompter = session().host.prompter;
   const auto stop = [&](const std::string& text, int row, int column) {

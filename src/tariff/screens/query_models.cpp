@@ -44,7 +44,10 @@ QueryColumnsModel::QueryColumnsModel(std::vector<SearchOperator> operators, QObj
           parent),
       operators_(std::move(operators)) {
   for (const SearchOperator& each : operators_) {
-    lists_[each.SeAplicaLa].lines.push_back({ui::Q(each.DescSemn), ui::Q(each.Semn).trimmed()});
+    ui::CodeList& list = lists_[each.SeAplicaLa];
+    list.code_heading = QStringLiteral("Semn");
+    list.description_heading = QStringLiteral("Simbol");
+    list.lines.push_back({ui::Q(each.DescSemn), ui::Q(each.Semn).trimmed()});
   }
 }
 

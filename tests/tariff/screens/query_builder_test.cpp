@@ -70,6 +70,13 @@ TEST(QueryBuilderScreen, BuildsRunsAndCounts) {
   ASSERT_NE(on.screen->grid()->grid_model(), nullptr);
   EXPECT_EQ(on.screen->grid()->grid_model()->columns()[0].caption, "Cod_NC");
 
+  // F5 takes the value that is still being typed.
+  on.columns().SelectRow(on.RowOf("Net"), QueryColumnsModel::kValue);
+  QTest::keyClick(&on.columns(), '2');
+  QTest::keyClick(QApplication::focusWidget(), '5');
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5);
+  EXPECT_EQ(on.count(), "Inregistrari: 1");
+
   on.at.prompter().ExpectMessage("Selectati o valoare din lista", "Mesaj", platform::Icon::kExclamation);
   EXPECT_FALSE(on.Enter("Net", QueryColumnsModel::kOperator, "cam ca"));
   EXPECT_THAT(test_support::SharedMnemonics(*on.screen), testing::IsEmpty());

@@ -1,7 +1,9 @@
 #include <QHeaderView>
 #include <QLabel>
+#include <QScrollBar>
 
 #include "ui/grid/grid_fixture.h"
+#include "ui/grid_frozen.h"
 #include "ui/list_screen.h"
 
 namespace {
@@ -45,6 +47,31 @@ TEST(Grid, HeadingsSortAndTheRowIsKept) {
   EXPECT_EQ(shown.model.TextAt(0, 3), "500");
   EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
   EXPECT_EQ(shown.grid.selected_rows(), std::vector<int>{1});
+}
+
+TEST(Grid, TheFrozenColumnStaysAndCoversNoCurrentCell) {
+  GridFixture at;
+  std::vector<ui::Column> columns = at.Columns();
+  columns.erase(columns.begin());
+  columns[0].editable = false;
+  ShownGrid shown(at, columns);
+  shown.grid.SetFillsWidth(false);
+  shown.grid.FreezeFirstColumn();
+  shown.grid.resize(260, 300);
+  shown.grid.SelectRow(1, 4);
+  QApplication::processEvents();
+  auto* frozen = shown.grid.findChild<ui::FrozenColumn*>();
+  ASSERT_NE(frozen, nullptr);
+  EXPECT_GT(shown.grid.horizontalScrollBar()->value(), 0);
+  EXPECT_TRUE(frozen->isVisible());
+  shown.grid.SelectRow(1, 2);
+  EXPECT_GE(shown.grid.columnViewportPosition(2), shown.grid.columnWidth(0));
+  // A click on it chooses the row, without a jump of the rest.
+  const int scrolled = shown.grid.horizontalScrollBar()->value();
+  QTest::mouseClick(frozen->viewport(), Qt::LeftButton, {}, {10, frozen->rowViewportPosition(3) + 4});
+  EXPECT_EQ(shown.At(), "3,0");
+  EXPECT_EQ(shown.grid.horizontalScrollBar()->value(), scrolled);
+  EXPECT_TRUE(shown.grid.hasFocus());
 }
 
 TEST(Grid, RemembersWidthsOrderAndSort) {
