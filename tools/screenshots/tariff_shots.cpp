@@ -50,6 +50,7 @@ void AdvancedSearch(Desk& desk) {
                           {{"Descriere", fmt::format("Masini automate, laptop model {}", i + 1)},
                            {"Val_Fiscala", 1250.5 * (i + 3)}});
   }
+  desk.on.context.open_line = [](std::int64_t, QWidget*) {};
   tariff::Frm_Cautare_Tarif screen(desk.on.context);
   desk.Grab(screen, QStringLiteral("goala"));
   screen.SearchFor(QStringLiteral("8471"));
