@@ -74,6 +74,13 @@ void Screen::hideEvent(QHideEvent* event) {
   QDialog::hideEvent(event);
 }
 
+void Screen::keyPressEvent(QKeyEvent* key) {
+  const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+  auto* button = qobject_cast<QPushButton*>(focusWidget());
+  if (enter && button != nullptr && button->isEnabled()) return button->click();
+  QDialog::keyPressEvent(key);
+}
+
 void RememberSplit(Context& context, const QString& screen, const QString& key, QSplitter* splitter) {
   QList<int> sizes;
   for (const QString& part : context.memory.Get(screen, key).split('/')) sizes << part.toInt();

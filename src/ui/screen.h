@@ -30,6 +30,8 @@ class Screen : public QDialog {
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  /// Enter presses the button that has the focus; the default one only from elsewhere.
+  void keyPressEvent(QKeyEvent* key) override;
   /// Size at the first opening ever; the remembered one wins.
   void SetFirstSize(const QSize& size) { first_size_ = size; }
 
