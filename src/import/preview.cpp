@@ -70,6 +70,16 @@ class CellChecks {
   std::map<std::pair<const tariff::CodeCheck*, std::string>, bool> others_;
 };
 
+/// Why a value in a currency could not become one in lei.
+std::string WithoutRate(store::Recordset& line) {
+  const store::Value currency = line.Get("Moneda"), date = line.Get("DataReceptiei");
+  if (store::IsEmpty(currency) || currency.ToText() == "RON" || line.Get("Curs_Schimb").ToDouble() != 0) {
+    return "";
+  }
+  if (date.is_null()) return ": fara data receptiei nu se stie cursul " + currency.ToText();
+  return ": nu exista un curs " + currency.ToText() + " dinainte de " + date.ToText();
+}
+
 }  // namespace
 
 void Preview::Close() {
@@ -136,9 +146,11 @@ PreviewLines Preview::Read(const std::vector<ColumnRule>& rules, std::string_vie
     }
     for (const std::string& column : result.columns) {
       line.values.push_back(lines.Get(column));
-      line.problems.push_back(column == refused  ? reason
-                              : !refused.empty() ? ""
-                                                 : checks.Problem(column, line.values.back()));
+      std::string& problem = line.problems.emplace_back();
+      if (column == refused) problem = reason;
+      if (!refused.empty()) continue;
+      problem = checks.Problem(column, line.values.back());
+      if (!problem.empty() && platform::EqualsNoCase(column, "Val_Fiscala")) problem += WithoutRate(lines);
     }
     if (refused.empty() && !line.problems.empty()) line.problems.front() += reason;
     lines.CancelUpdate();

@@ -117,7 +117,7 @@ SampleReading TrySample(session::Session& session, std::string_view path, std::s
     const store::Recordset rows = source.Query("SELECT TOP 2 * FROM [" + name + "$]");
     Sample sample;
     for (int i = 0; i < rows.field_count(); ++i) {
-      sample.columns.push_back({i + 1, rows.field(i).name, rows.eof() ? "" : rows.Get(i).ToText()});
+      sample.columns.push_back({i + 1, rows.field(i).name, rows.eof() ? store::Value() : rows.Get(i)});
     }
     sample.label = "Numar coloane in fisierul excel : " + std::to_string(sample.columns.size());
     return {sample, ""};

@@ -51,7 +51,7 @@ bool DeleteTemplate(session::Session& session, std::string_view Nume_Structura);
 struct SampleColumn {
   int number = 0;  ///< from 1
   std::string heading;
-  std::string first_value;
+  store::Value first_value;
 };
 struct Sample {
   std::vector<SampleColumn> columns;

@@ -128,6 +128,11 @@ TEST_F(PreviewTest, MakesTheLinesOfTheImportAndMarksThem) {
   EXPECT_EQ(Problem(read, 1, "Tara_Orig"), "cod necunoscut: ZZ");
   EXPECT_EQ(Problem(read, 1, "Net"), "lipseste, dar declaratia o cere");
   EXPECT_TRUE(Problem(read, 2, "Net").starts_with("Coloana Net: ")) << Problem(read, 2, "Net");
+  draft_.SetDefault(Row("Moneda"), "EUR");
+  EXPECT_EQ(Problem(Read(), 1, "Val_Fiscala"),
+            "este zero sau negativa: fara data receptiei nu se stie cursul EUR");
+  draft_.Assign(Row("DataReceptiei"), 5);
+  EXPECT_EQ(Problem(Read(), 0, "Val_Fiscala"), "") << "a value in lei needs no rate";
   EXPECT_EQ(Lines(), 0) << "nothing is stored";
 }
 

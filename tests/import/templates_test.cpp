@@ -139,10 +139,10 @@ TEST_F(Templates, ShowASamplesColumns) {
   ASSERT_TRUE(sample);
   EXPECT_EQ(sample->label, "Numar coloane in fisierul excel : 3");
   EXPECT_EQ(sample->columns[0].heading, "Cod vamal");
-  EXPECT_EQ(sample->columns[0].first_value, "84713000");
+  EXPECT_EQ(sample->columns[0].first_value, store::Value("84713000"));
   EXPECT_EQ(sample->columns[1].heading, "F2");
   EXPECT_EQ(sample->columns[2].number, 3);
-  EXPECT_EQ(sample->columns[2].first_value, "04.03.2026");
+  EXPECT_EQ(sample->columns[2].first_value, store::Value(store::Date{46085}));
 
   prompter().ExpectError("NU EXISTA FISIERUL : C:\\Foi\\lipsa.xls");
   EXPECT_FALSE(importer::ReadSample(session(), "C:\\Foi\\lipsa.xls", ""));

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QScopeGuard>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTimer>
 
@@ -205,6 +206,7 @@ void Frm_Macheta::AddGrids() {
   line_grid_ = new ui::Grid(context(), QStringLiteral("Macheta_Linii"), below);
   line_grid_->setObjectName(QStringLiteral("GridPrevizualizare"));
   KeepOrder(*line_grid_);
+  connect(line_grid_, &ui::Grid::CurrentRowChanged, this, [this] { TellLineProblem(); });
   lines->addWidget(line_label_);
   lines->addWidget(line_grid_, 1);
 
@@ -215,6 +217,30 @@ void Frm_Macheta::AddGrids() {
   whole->setStretchFactor(1, 2);
   whole->setSizes({280, 200});
   body()->addWidget(whole, 1);
+  auto* next = new QShortcut(QKeySequence(Qt::Key_F6), this);
+  connect(next, &QShortcut::activated, this, [this] { GoToNextPart(); });
+}
+
+void Frm_Macheta::GoToNextPart() {
+  if (row_grid_->isAncestorOf(focusWidget()) || row_grid_->hasFocus()) {
+    if (!row_grid_->CommitEdit()) return;
+    sample_grid_->setFocus();
+  } else if (sample_grid_->hasFocus()) {
+    line_grid_->setFocus();
+    TellLineProblem();
+  } else if (line_grid_->hasFocus()) {
+    FocusField(QStringLiteral("Nume_Structura"));
+  } else {
+    row_grid_->setFocus();
+  }
+}
+
+void Frm_Macheta::TellLineProblem() {
+  const int row = line_grid_->current_row();
+  if (!line_grid_->hasFocus() || lines_ == nullptr || row < 0 || row >= lines_->Rows()) return;
+  const QString problem = lines_->ProblemAt(row, -1).replace('\n', QStringLiteral("; "));
+  ShowMessage(problem.isEmpty() ? QString()
+                                : QStringLiteral("Rand %1: %2").arg(lines_->TextAt(row, 0), problem));
 }
 
 void Frm_Macheta::ShowTitle() {
@@ -239,6 +265,7 @@ void Frm_Macheta::TakeHeader() {
 }
 
 void Frm_Macheta::Save() {
+  if (!row_grid_->CommitEdit()) return;
   TakeHeader();
   const bool first = draft_.is_new();
   if (!draft_.Save()) {
@@ -260,6 +287,7 @@ void Frm_Macheta::Save() {
 }
 
 void Frm_Macheta::reject() {
+  if (isVisible() && !row_grid_->CommitEdit()) return;
   TakeHeader();
   if (isVisible() && draft_.changed() &&
       !session().host.prompter.Ask("Datele modificate nu au fost salvate. Inchideti fara salvare ?",
@@ -339,6 +367,7 @@ int Frm_Macheta::SampleNumber() const {
 }
 
 void Frm_Macheta::Propose() {
+  if (!row_grid_->CommitEdit()) return;
   if (draft_.rows().empty()) {
     ShowMessage(QStringLiteral("Salvati intai macheta cu numele si sensul ei"));
     return;
@@ -364,6 +393,7 @@ void Frm_Macheta::Arm(std::optional<int> number) {
 void Frm_Macheta::AssignTo(int row, int number) {
   Arm(std::nullopt);
   if (row < 0 || number <= 0) return;
+  row_grid_->RevertEdit();  // a number typed over is given up for this one
   rows_->Assign(row, number);
   row_grid_->SelectRow(row);
   ShowMessage(QStringLiteral("%1: coloana %2, %3")

@@ -64,6 +64,8 @@ class Frm_Macheta : public ui::Form {
   void AssignTo(int row, int number);
   void DeleteRow();
   void ShowPreview();
+  void GoToNextPart();  ///< header, rows, sample, lines
+  void TellLineProblem();
   int SampleNumber() const;  ///< of the current sample column; 0: none
 
   TemplateDraft draft_;

@@ -170,7 +170,8 @@ void SampleModel::ShowUses() {
 
 store::Value SampleModel::ValueAt(int row, int index) const {
   const SampleColumn& at = sample_[At(row)];
-  return index == 0 ? store::Value(at.number) : store::Value(index == 1 ? at.heading : at.first_value);
+  if (index == 2) return at.first_value;
+  return index == 0 ? store::Value(at.number) : store::Value(at.heading);
 }
 
 QString SampleModel::PictureAt(int row, int index) const {

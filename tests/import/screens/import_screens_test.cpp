@@ -266,7 +266,7 @@ TEST_F(ImportScreens, TakesAWorksheetOver) {
   at.at.prompter().ExpectInfo("Au fost preluate : 36 inregistrari din totalul de : 36", "Preluare Terminata");
   at.Click(screen, "CmdOK");
   EXPECT_EQ(Label(screen, "Stare"), "OPERATIE TERMINATA . . .   Preluate: 36 din 36.");
-  at.Click(screen, "CmdDeclaratie");
+  QTest::keyClick(screen.focusWidget(), Qt::Key_Return);
   ASSERT_EQ(opened.size(), 1U);
   EXPECT_EQ(opened[0].TIP + opened[0].Cod_Fiscal, "IRO123456");
   EXPECT_EQ(opened[0].Luna, 3);
