@@ -188,6 +188,25 @@ void Frm_Intrastat_Add::Confirm() {
   accept();
 }
 
+QString Frm_Intrastat_Add::CaptionOf(const QString& field) const {
+  for (const QLabel* label : findChildren<QLabel*>()) {
+    if (label->buddy() == nullptr || label->buddy()->objectName() != field) continue;
+    return QStringLiteral("Declarant tert - ") + label->text().remove('&');
+  }
+  static const std::map<QString, QString> kElsewhere = {
+      {QStringLiteral("TXT_CodFiscal"), QStringLiteral("Date Firma - Cod de inregistrare fiscala")},
+      {QStringLiteral("TXT_NumeCompanie"), QStringLiteral("Date Firma - Nume Firma")},
+      {QStringLiteral("TXT_Nume_Prenume"), QStringLiteral("Date Firma - Persoana responsabila")},
+      {QStringLiteral("TXT_Nume_Pers"), QStringLiteral("Date Firma - Persoana responsabila, al doilea nume")},
+      {QStringLiteral("TXT_PozitieCompanie"), QStringLiteral("Date Firma - Functia")},
+      {QStringLiteral("TXT_Tel"), QStringLiteral("Date Firma - Telefon")},
+      {QStringLiteral("TXT_Fax"), QStringLiteral("Date Firma - Fax")},
+      {QStringLiteral("TXT_Email"), QStringLiteral("Date Firma - E-mail")},
+      {QStringLiteral("InsCodeVersions"), QStringLiteral("Versiuni tarif")}};
+  const auto found = kElsewhere.find(field);
+  return found == kElsewhere.end() ? field : found->second;
+}
+
 void Frm_Intrastat_Add::AddNula() {
   const std::optional<Identity> identity = DialogIdentity(session(), Typed());
   if (!identity) return FocusMissing();
@@ -200,7 +219,8 @@ void Frm_Intrastat_Add::AddNula() {
     if (chosen.isEmpty()) return "";
     return session().host.files.drives().FromHost(std::filesystem::path(chosen.toStdU16String()));
   };
-  callbacks.review = [this](const std::vector<Finding>& findings) {
+  callbacks.review = [this](std::vector<Finding> findings) {
+    for (Finding& finding : findings) finding.where = ui::Utf8(CaptionOf(Q(finding.where)));
     return session().host.prompter.Ask("Declaratia poate fi respinsa:\r\n\r\n" + FindingsText(findings) +
                                            "\r\n\r\nScrieti fisierul totusi ?",
                                        "RASPUNDETI", platform::Icon::kExclamation);

@@ -32,6 +32,8 @@ class Frm_Intrastat_Add : public ui::Form {
   void FocusMissing();
   void Confirm();
   void AddNula();
+  /// A header field as the user knows it, with the screen that it is typed on.
+  QString CaptionOf(const QString& field) const;
 
   Places* places_ = nullptr;
   std::vector<QWidget*> agent_fields_;

@@ -139,7 +139,9 @@ TEST_F(AddScreenTest, WritesANilDeclarationAfterTheReview) {
   EXPECT_FALSE(on_.at.files().Exists(file));
   ASSERT_EQ(on_.at.prompter().seen().size(), 1U);
   EXPECT_THAT(on_.at.prompter().seen()[0],
-              testing::AllOf(testing::HasSubstr("TXT_Nume_Prenume: "),
+              testing::AllOf(testing::HasSubstr("Date Firma - Persoana responsabila: "),
+                             testing::HasSubstr("Declarant tert - Nume: nu este completat"),
+                             testing::Not(testing::HasSubstr("TXT_")),
                              testing::HasSubstr("declaratia: este nula, dar luna are linii: 1")));
 
   on_.at.prompter().AcceptAnything(true);
