@@ -9,8 +9,8 @@ using Headings = std::array<std::string_view, 5>;
 
 constexpr Headings kCodes = {"COD", "DESCRIERE "};  // the reference lists have a blank at the end
 
-constexpr Command TariffLevel(std::string_view key, std::string_view caption, const tariff::Level& level) {
-  return {.key = key,
+constexpr Command TariffLevel(std::string_view caption, const tariff::Level& level) {
+  return {.key = level.key,
           .caption = caption,
           .parent = "TARIF",
           .kind = kTariff,
@@ -35,11 +35,11 @@ constexpr Command kTable[] = {
     {.key = "CURS_MANUAL", .caption = "Introducere manuala", .parent = "CURS"},
 
     {.key = "TARIF", .caption = "Tarif &Vamal", .kind = kSubMenu},
-    TariffLevel("TARIF_SECTIUNI", "Sectiuni", tariff::kLevels[0]),
-    TariffLevel("TARIF_CAPITOLE", "Capitole", tariff::kLevels[1]),
-    TariffLevel("TARIF_GRUPE", "Grupe (4)", tariff::kLevels[2]),
-    TariffLevel("TARIF_HS6", "HS (6)", tariff::kLevels[3]),
-    TariffLevel("TARIF_CODVAMAL", "Cod vamal (8+4)", tariff::kLevels[4]),
+    TariffLevel("Sectiuni", tariff::kLevels[0]),
+    TariffLevel("Capitole", tariff::kLevels[1]),
+    TariffLevel("Grupe (4)", tariff::kLevels[2]),
+    TariffLevel("HS (6)", tariff::kLevels[3]),
+    TariffLevel("Cod vamal (8+4)", tariff::kLevels[4]),
 
     {.key = "TABELE", .caption = "&Tabele referinta", .kind = kSubMenu},
     {.key = "TABELE_TARI",

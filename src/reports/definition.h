@@ -10,7 +10,8 @@
 
 namespace reports {
 
-/// Why a report cannot be made: a Romanian sentence that names the definition file and the report.
+/// Why a report cannot be made: a Romanian sentence that names the definition file, the line in it and the
+/// report.
 class ReportError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -21,6 +22,7 @@ enum class Format {
   kWhole,     ///< "##,##0"
   kAmount,    ///< "##,##0.00"
   kRate,      ///< "##,##0.0000"
+  kNumber,    ///< "numar": all decimals there are, no grouping
   kDate,      ///< "dd.mm.yyyy"
   kDateTime,  ///< "dd.mm.yyyy hh:mm"
   kTick,      ///< yes/no, printed as Da and Nu
@@ -32,7 +34,9 @@ enum class Alignment { kByFormat, kLeft, kRight, kCentre };
 enum class Orientation { kAuto, kPortrait, kLandscape };
 
 struct ColumnDefinition {
-  std::string field;    ///< of the source; "#2": its second column; "*": every column the list shows
+  /// Of the source; "#2": its second column; "*": every column the list shows. Beside a "*" the others only
+  /// tell how they are printed where the list shows them.
+  std::string field;
   std::string caption;  ///< empty: the source's
   int width = 0;        ///< characters that a text keeps before it wraps; 0: by what it holds
   Format format = Format::kAsShown;
@@ -59,6 +63,7 @@ struct Definition {
   std::string sort;       ///< "[Col] DESC, Col2" over the statement's rows
   Orientation orientation = Orientation::kAuto;
   bool count = false;  ///< a last line with the number of rows
+  int line = 0;        ///< of the file, from 1; 0: made by the program
   std::vector<ColumnDefinition> columns;
   std::vector<GroupDefinition> groups;  ///< outermost first
 
@@ -79,6 +84,7 @@ class Definitions {
 
   const std::string& file() const { return file_; }
   const std::vector<Definition>& all() const { return all_; }
+  bool Has(std::string_view id) const;
   const Definition& Get(std::string_view id) const;             ///< throws ReportError
   const Definition* FindByTitle(std::string_view title) const;  ///< blanks around it do not count
   /// The reports of a family in the file's order.

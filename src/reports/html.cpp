@@ -62,8 +62,7 @@ std::string Row(const Report& report, const Band& band) {
 
 }  // namespace
 
-std::string Html(const Report& report, const Footer& footer) {
-  const bool landscape = report.orientation() == Orientation::kLandscape;
+std::string Html(const Report& report, const Footer& footer, bool landscape, platform::Progress& progress) {
   std::string style = kStyle;
   style.replace(style.find("%s"), 2, landscape ? "landscape" : "portrait");
   std::string page = fmt::format(
@@ -74,7 +73,14 @@ std::string Html(const Report& report, const Footer& footer) {
   page += "<table><thead><tr>";
   for (const ReportColumn& column : report.columns()) page += Cell("th", column.alignment, column.caption);
   page += "</tr></thead><tbody>\r\n";
-  for (const Band& band : report.bands()) page += Row(report, band);
+  const std::vector<Band>& bands = report.bands();
+  for (std::size_t i = 0; i < bands.size(); ++i) {
+    if (i % 256 == 0) {
+      progress.Update("Se scrie fisierul HTML", static_cast<int>(i * 100 / bands.size()));
+      if (progress.Cancelled()) return {};
+    }
+    page += Row(report, bands[i]);
+  }
   page += "</tbody></table>\r\n<footer>";
   for (const std::string* part : {&footer.publisher, &footer.user, &footer.date}) {
     if (!part->empty()) page += Escaped(*part) + " &nbsp; ";

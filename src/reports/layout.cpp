@@ -10,6 +10,7 @@ constexpr int kMeasuredRows = 1500;  // evenly chosen, of longer lists
 constexpr int kNarrowText = 14;      // characters that a text column keeps where its definition has no width
 constexpr int kLongWord = 24;        // longer words may be broken
 constexpr double kTitleFactor = 1.45, kLeastTitleFactor = 1.15;
+constexpr double kSmall = 8;    // letters of the foot and of the title on further pages
 constexpr double kIndent = 12;  // points a group's level stands further in
 
 std::size_t CharactersEnd(std::string_view text, int count) {
@@ -26,6 +27,12 @@ double LongestWord(const FontTable& font, std::string_view text) {
     text.remove_prefix(std::min(text.size(), word.size() + 1));
   }
   return longest;
+}
+
+/// A text on one line, its end left out where the room does not do.
+std::string Cut(std::string_view text, const FontTable& font, double size, double room) {
+  const std::vector<std::string_view> lines = Wrap(text, font, size, room);
+  return std::string(lines[0]) + (lines.size() > 1 ? "..." : "");
 }
 
 bool IsHeader(const Band& band) { return band.kind == Band::Kind::kGroupHeader; }
@@ -191,7 +198,9 @@ double Layout::TitleHeight() const {
   return (static_cast<double>(title) * size + lines * kSizes[0]) * fonts_->plain.height + 10;
 }
 
-double Layout::FootHeight() const { return fonts_->plain.height * 8 + 8; }
+double Layout::RunningTitleHeight() const { return fonts_->plain.height * kSmall + 6; }
+
+double Layout::FootHeight() const { return fonts_->plain.height * kSmall + 8; }
 
 double Layout::CellsHeight(const std::function<std::string(std::size_t)>& text_of,
                            const FontTable& font) const {
@@ -243,7 +252,7 @@ void Layout::BreakNextPage() {
   const std::vector<Band>& bands = report_->bands();
   PageStart page;
   page.first = page.end = pages_.empty() ? 0 : pages_.back().end;
-  double y = page_.margin + (pages_.empty() ? TitleHeight() : 0) + HeadHeight();
+  double y = page_.margin + (pages_.empty() ? TitleHeight() : RunningTitleHeight()) + HeadHeight();
   if (page.first < bands.size()) {
     const Band& next = bands[page.first];
     const std::size_t kept = IsHeader(next)                         ? next.level
@@ -289,15 +298,34 @@ void Layout::Put(PageContent& content, double x, double top, double width, std::
   content.texts.push_back({x, top + font.ascent * size, own, size, bold, std::move(text)});
 }
 
+double Layout::PutLines(PageContent& content, double x, double top, double width,
+                        const std::vector<std::string_view>& lines, bool bold, Alignment alignment,
+                        double size) const {
+  using Joint = PageContent::Text::Joint;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const std::size_t before = content.texts.size();
+    Put(content, x, top + static_cast<double>(i) * fonts_->plain.height * size, width, std::string(lines[i]),
+        bold, alignment, size);
+    if (i == 0 || content.texts.size() == before) continue;
+    const bool together = lines[i - 1].data() + lines[i - 1].size() == lines[i].data();
+    content.texts.back().joint = together ? Joint::kWord : Joint::kBlank;
+  }
+  return static_cast<double>(lines.size()) * fonts_->plain.height * size;
+}
+
+double Layout::PutRunningTitle(PageContent& content) const {
+  Put(content, page_.margin, page_.margin, room(), Cut(report_->title(), fonts_->plain, kSmall, TitleRoom()),
+      false, Alignment::kLeft, kSmall);
+  Put(content, page_.margin, page_.margin, room(), footer_.date, false, Alignment::kRight, kSmall);
+  return RunningTitleHeight();
+}
+
 double Layout::PutTitle(PageContent& content) const {
   const double size = TitleSize();
   double y = page_.margin;
   Put(content, page_.margin, y, room(), footer_.date, false, Alignment::kRight, kSizes[0]);
-  for (const std::string_view text : Wrap(report_->title(), fonts_->bold, size, TitleRoom() + 0.01)) {
-    std::string line(text);
-    Put(content, page_.margin, y, room(), std::move(line), true, Alignment::kLeft, size);
-    y += fonts_->plain.height * size;
-  }
+  y += PutLines(content, page_.margin, y, room(),
+                Wrap(report_->title(), fonts_->bold, size, TitleRoom() + 0.01), true, Alignment::kLeft, size);
   for (const std::string& text : report_->lines()) {
     Put(content, page_.margin, y, room(), text, false, Alignment::kLeft, kSizes[0]);
     y += fonts_->plain.height * kSizes[0];
@@ -313,13 +341,11 @@ void Layout::PutCells(PageContent& content, double y, bool bold,
   for (std::size_t c = 0; c < widths_.size(); ++c) {
     const double inside = widths_[c] - 2 * pad();
     const std::string text = text_of(c);
-    const std::vector<std::string_view> lines = Wrap(text, font, size_, inside + 0.01);
-    for (std::size_t i = 0; i < std::min(lines.size(), most); ++i) {
-      std::string shown(lines[i]);
-      if (i + 1 == most && lines.size() > most) shown += "...";
-      Put(content, x + pad(), y + pad() / 2 + static_cast<double>(i) * line(), inside, std::move(shown), bold,
-          report_->columns()[c].alignment, size_);
-    }
+    std::vector<std::string_view> lines = Wrap(text, font, size_, inside + 0.01);
+    const bool cut = lines.size() > most;
+    if (cut) lines.resize(most);
+    PutLines(content, x + pad(), y + pad() / 2, inside, lines, bold, report_->columns()[c].alignment, size_);
+    if (cut) content.texts.back().text += "...";
     x += widths_[c];
   }
 }
@@ -355,13 +381,9 @@ double Layout::PutBand(PageContent& content, const Band& band, double y, bool co
   if (continued) caption += " (continuare)";
   const double indent = kIndent * (band.kind == Band::Kind::kGrandTotal ? 0 : band.level);
   const double inside = std::max(CaptionRoom(band) - 2 * pad() - kIndent * band.level, 40.0);
-  double line_top = top;
-  for (const std::string_view text :
-       continued ? std::vector<std::string_view>{caption} : Wrap(caption, fonts_->bold, size_, inside)) {
-    Put(content, page_.margin + pad() + indent, line_top, inside, std::string(text), true, Alignment::kLeft,
-        size_);
-    line_top += line();
-  }
+  PutLines(content, page_.margin + pad() + indent, top, inside,
+           continued ? std::vector<std::string_view>{caption} : Wrap(caption, fonts_->bold, size_, inside),
+           true, Alignment::kLeft, size_);
   if (sum) {
     double x = page_.margin;
     for (std::size_t c = 0; c < widths_.size(); ++c) {
@@ -374,14 +396,15 @@ double Layout::PutBand(PageContent& content, const Band& band, double y, bool co
 }
 
 void Layout::PutFoot(PageContent& content, int index) const {
-  constexpr double kSize = 8;
-  const double top = page_.height - page_.margin - fonts_->plain.height * kSize;
+  const double top = page_.height - page_.margin - fonts_->plain.height * kSmall;
   content.lines.push_back({page_.margin, top - 3, room(), 0.5, true});
-  Put(content, page_.margin, top, room(), footer_.publisher, false, Alignment::kLeft, kSize);
-  Put(content, page_.margin, top, room(), footer_.user, false, Alignment::kCentre, kSize);
+  const double beside_user = room() / 2 - fonts_->plain.Width(footer_.user, kSmall) / 2 - 20;
+  Put(content, page_.margin, top, room(), Cut(footer_.publisher, fonts_->plain, kSmall, beside_user), false,
+      Alignment::kLeft, kSmall);
+  Put(content, page_.margin, top, room(), footer_.user, false, Alignment::kCentre, kSmall);
   const std::string count = complete_ ? fmt::format(" / {}", page_count()) : "";
   Put(content, page_.margin, top, room(), fmt::format("Pagina {}{}", index + 1, count), false,
-      Alignment::kRight, kSize);
+      Alignment::kRight, kSmall);
 }
 
 PageContent Layout::Page(int index) const {
@@ -389,7 +412,7 @@ PageContent Layout::Page(int index) const {
   const std::vector<Band>& bands = report_->bands();
   PageContent content;
   double y = page_.margin;
-  if (index == 0) y += PutTitle(content);
+  y += index == 0 ? PutTitle(content) : PutRunningTitle(content);
   y += PutHead(content, y);
   for (const std::size_t header : page.continued) y += PutBand(content, bands[header], y, true);
   for (std::size_t i = page.first; i < page.end; ++i) y += PutBand(content, bands[i], y, false);

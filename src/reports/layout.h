@@ -45,6 +45,8 @@ struct PageContent {
     double width = 0, size = 0;
     bool bold = false;
     std::string text;
+    /// How it goes on from the text before it, where a text was wrapped: after a blank or within a word.
+    enum class Joint : std::uint8_t { kNone, kBlank, kWord } joint = Joint::kNone;
   };
   struct Line {
     double x = 0, y = 0, width = 0, weight = 0;
@@ -61,8 +63,8 @@ struct PageContent {
 
 /// A report laid out on pages: columns as wide as what they hold where that fits; else texts are wrapped,
 /// then the letters become smaller. Nothing is cut off but texts longer than half a page. Headings, and the
-/// headers of groups that go on, are repeated on every page. Pages are broken one by one, so that the first
-/// can be shown before the last is known.
+/// headers of groups that go on, are repeated on every page, below the report's title in small. Pages are
+/// broken one by one, so that the first can be shown before the last is known.
 class Layout {
  public:
   /// The report and the fonts must outlive the layout. kAuto turns the page where the columns need it.
@@ -104,6 +106,7 @@ class Layout {
   double TitleRoom() const { return room() - 70; }  ///< beside the date
   double TitleSize() const;
   double TitleHeight() const;
+  double RunningTitleHeight() const;
   double HeadHeight() const;
   double FootHeight() const;
   double BandHeight(const Band& band) const;
@@ -113,6 +116,7 @@ class Layout {
   double Following(std::size_t band) const;
 
   double PutTitle(PageContent& content) const;
+  double PutRunningTitle(PageContent& content) const;
   double PutHead(PageContent& content, double y) const;
   double PutBand(PageContent& content, const Band& band, double y, bool continued) const;
   void PutCells(PageContent& content, double y, bool bold,
@@ -120,6 +124,10 @@ class Layout {
   void PutFoot(PageContent& content, int index) const;
   void Put(PageContent& content, double x, double top, double width, std::string text, bool bold,
            Alignment alignment, double size) const;
+  /// A wrapped text; the height that it takes.
+  double PutLines(PageContent& content, double x, double top, double width,
+                  const std::vector<std::string_view>& lines, bool bold, Alignment alignment,
+                  double size) const;
 
   const Report* report_;
   const Fonts* fonts_;

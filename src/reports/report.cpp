@@ -21,8 +21,8 @@ std::string Replace(std::string_view text, const std::function<std::string(std::
   return filled;
 }
 
-std::string Where(const std::string& file, const std::string& id) {
-  return file.empty() ? std::string() : fmt::format("Fisierul {}, raportul {}: ", file, id);
+std::string Where(const std::string& file, int line, const std::string& id) {
+  return file.empty() ? std::string() : fmt::format("Fisierul {}, linia {}, raportul {}: ", file, line, id);
 }
 
 Alignment AlignmentOf(const ColumnDefinition& column, Format format) {
@@ -37,7 +37,8 @@ std::string StatementOf(const Definition& definition, const std::string& file,
   return Replace(definition.statement, [&](std::string_view name) {
     const auto found = placeholders.find(name);
     if (found == placeholders.end()) {
-      throw ReportError(Where(file, definition.id) + fmt::format("{{{}}} nu este cunoscut in fraza", name));
+      throw ReportError(Where(file, definition.line, definition.id) +
+                        fmt::format("{{{}}} nu este cunoscut in fraza", name));
     }
     return platform::ReplaceAll(found->second, "'", "''");
   });
@@ -47,6 +48,7 @@ Report::Report(const Definition& definition, const std::string& file, std::share
                Placeholders placeholders, Formatter formatter)
     : file_(file),
       id_(definition.id),
+      line_(definition.line),
       table_(std::move(table)),
       placeholders_(std::move(placeholders)),
       formatter_(std::move(formatter)),
@@ -62,7 +64,7 @@ Report::Report(const Definition& definition, const std::string& file, std::share
   MakeBands(definition);
 }
 
-void Report::Refuse(const std::string& reason) const { throw ReportError(Where(file_, id_) + reason); }
+void Report::Refuse(const std::string& reason) const { throw ReportError(Where(file_, line_, id_) + reason); }
 
 std::string Report::Fill(std::string_view text, int row) const {
   return Replace(text, [&](std::string_view name) {
@@ -86,19 +88,27 @@ void Report::ResolveColumns(const Definition& definition) {
                         AlignmentOf(column, format), column.width, column.total, column.group_total});
     has_totals_ = has_totals_ || column.total;
   };
-  for (const ColumnDefinition& column : definition.columns) {
+  const std::vector<ColumnDefinition>& given = definition.columns;
+  const bool all =
+      std::any_of(given.begin(), given.end(), [](const ColumnDefinition& each) { return each.field == "*"; });
+  for (const ColumnDefinition& column : given) {
     if (!column.only.empty()) {
       const std::size_t equals = column.only.find('=');
       const auto found = placeholders_.find(std::string_view(column.only).substr(0, equals));
       if (found == placeholders_.end() || found->second != column.only.substr(equals + 1)) continue;
     }
     if (column.field == "*") {
-      for (int i = 0; i < table_->visible_columns(); ++i) add(column, i);
+      for (int i = 0; i < table_->visible_columns(); ++i) {
+        const auto own = std::find_if(given.begin(), given.end(), [&](const ColumnDefinition& each) {
+          return table_->ColumnOf(each.field) == i;
+        });
+        add(own == given.end() ? column : *own, i);
+      }
       continue;
     }
     const int source = table_->ColumnOf(column.field);
     if (source >= 0) {
-      add(column, source);
+      if (!all) add(column, source);
     } else if (!column.optional) {
       Refuse(fmt::format("coloana {} nu exista", column.field));
     }
@@ -187,15 +197,24 @@ store::Value Report::ValueOf(const Band& band, std::size_t column) const {
   return totals_[static_cast<std::size_t>(band.totals)][column];
 }
 
-std::string Report::TextOf(const Band& band, std::size_t column) const {
+Format Report::FormatOf(std::size_t column) const {
   const ReportColumn& each = columns_[column];
+  if (each.format != Format::kAsShown) return each.format;
+  return table_->columns()[static_cast<std::size_t>(each.source)].format;
+}
+
+std::string Report::TextOf(const Band& band, std::size_t column) const {
   if (band.kind == Band::Kind::kDetail) {
-    return table_->TextAt(band.row, each.source, each.format, formatter_);
+    return table_->TextAt(band.row, columns_[column].source, columns_[column].format, formatter_);
   }
   const store::Value sum = ValueOf(band, column);
-  if (sum.is_null()) return {};
-  const Format own = table_->columns()[static_cast<std::size_t>(each.source)].format;
-  return formatter_(sum, each.format == Format::kAsShown ? own : each.format);
+  return sum.is_null() ? std::string() : formatter_(sum, FormatOf(column));
+}
+
+bool Report::ShowsNumber(const Band& band, std::size_t column) const {
+  const store::Value value = ValueOf(band, column);
+  return value.is_number() && !value.is_boolean() &&
+         TextOf(band, column) == formatter_(value, FormatOf(column));
 }
 
 std::string Report::HeaderOf(const Band& band) const {

@@ -37,6 +37,7 @@ class Report {
   Report(const Definition& definition, const std::string& file, std::shared_ptr<const Table> table,
          Placeholders placeholders, Formatter formatter);
 
+  const std::string& id() const { return id_; }  ///< of its definition; empty: the plain one
   const std::string& title() const { return title_; }
   const std::vector<std::string>& lines() const { return lines_; }  ///< under the title
   const std::vector<ReportColumn>& columns() const { return columns_; }
@@ -49,6 +50,10 @@ class Report {
   /// The whole text of a group header or of the counting line; what stands before the sums of a total.
   std::string CaptionOf(const Band& band) const;
   store::Value ValueOf(const Band& band, std::size_t column) const;
+  /// The cell is a number and shown as one, not by a word for it.
+  bool ShowsNumber(const Band& band, std::size_t column) const;
+  /// The column's format, that of its rows where the definition has none.
+  Format FormatOf(std::size_t column) const;
   bool has_totals() const { return has_totals_; }
 
  private:
@@ -60,7 +65,9 @@ class Report {
   std::string Fill(std::string_view text, int row) const;
   [[noreturn]] void Refuse(const std::string& reason) const;
 
-  std::string file_, id_, title_;
+  std::string file_, id_;
+  int line_;  ///< of the definition in its file
+  std::string title_;
   std::vector<std::string> lines_;
   std::shared_ptr<const Table> table_;
   Placeholders placeholders_;

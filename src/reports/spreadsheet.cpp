@@ -10,6 +10,7 @@ namespace {
 constexpr std::size_t kLongestText = 32767;   // characters in a cell, by the file format
 constexpr std::size_t kMostRows = 1'048'576;  // of a sheet
 constexpr double kFirstSafeDay = 61;          // 1 March 1900: before it, spreadsheets count one day wrongly
+constexpr std::size_t kWidest = 60;           // characters of a column; longer texts are wrapped
 constexpr char kExporting[] = "Export in Excel";
 
 /// Sheet names have at most 31 characters and none of []:*?/\ .
@@ -46,8 +47,9 @@ const char* NumberFormat(Format format) {
 
 class Writer {
  public:
-  Writer(const Report& report, lxw_workbook* book)
+  Writer(const Report& report, bool landscape, lxw_workbook* book)
       : report_(report),
+        landscape_(landscape),
         book_(book),
         sheet_(workbook_add_worksheet(book, SheetName(report.title()).c_str())) {
     bold_ = NewFormat(Format::kText, true);
@@ -55,9 +57,11 @@ class Writer {
     format_set_text_wrap(heading_);
     format_set_bottom(heading_, LXW_BORDER_THIN);
     format_set_align(heading_, LXW_ALIGN_VERTICAL_TOP);
-    for (const ReportColumn& column : report.columns()) {
-      const Format own = report.table().columns()[static_cast<std::size_t>(column.source)].format;
-      const Format format = column.format == Format::kAsShown ? own : column.format;
+    wrapped_ = NewFormat(Format::kText, false);
+    format_set_text_wrap(wrapped_);
+    format_set_align(wrapped_, LXW_ALIGN_VERTICAL_TOP);
+    for (std::size_t c = 0; c < report.columns().size(); ++c) {
+      const Format format = report.FormatOf(c);
       formats_.push_back(format);
       plain_.push_back(NewFormat(format, false));
       sums_.push_back(NewFormat(format, true));
@@ -73,7 +77,7 @@ class Writer {
         widest = std::max(widest, platform::Utf8Length(report_.TextOf(report_.bands()[i], c)) + 1);
       }
       worksheet_set_column(sheet_, Column(c), Column(c),
-                           static_cast<double>(std::clamp<std::size_t>(widest, 6, 60)), nullptr);
+                           static_cast<double>(std::clamp<std::size_t>(widest, 6, kWidest)), nullptr);
     }
     Text(row_++, 0, report_.title(), bold_);
     for (const std::string& line : report_.lines()) Text(row_++, 0, line, nullptr);
@@ -84,7 +88,7 @@ class Writer {
     worksheet_repeat_rows(sheet_, row_, row_);
     ++row_;
     worksheet_freeze_panes(sheet_, row_, 0);
-    if (report_.orientation() == Orientation::kLandscape) worksheet_set_landscape(sheet_);
+    if (landscape_) worksheet_set_landscape(sheet_);
     worksheet_set_paper(sheet_, 9);  // A4
     worksheet_fit_to_pages(sheet_, 1, 0);
     first_.assign(1, row_);
@@ -135,14 +139,12 @@ class Writer {
       worksheet_write_number(sheet_, row_, Column(c), value.ToDate().days, plain_[c]);
       return;
     }
-    const std::string text = report_.TextOf(band, c);
-    const bool number = value.is_number() && !value.is_boolean();
-    // Not where the screen has words for the number.
-    if (number && (IsNumeric(formats_[c]) || text == store::DoubleText(value.ToDouble()))) {
+    if (report_.ShowsNumber(band, c)) {
       worksheet_write_number(sheet_, row_, Column(c), value.ToDouble(), plain_[c]);
-    } else if (!text.empty()) {
-      Text(row_, Column(c), text, nullptr);
+      return;
     }
+    const std::string text = report_.TextOf(band, c);
+    if (!text.empty()) Text(row_, Column(c), text, text.size() > kWidest ? wrapped_ : nullptr);
   }
 
   /// SUBTOTAL leaves the sums of inner groups out of the outer ones'.
@@ -164,9 +166,10 @@ class Writer {
   }
 
   const Report& report_;
+  bool landscape_;
   lxw_workbook* book_;
   lxw_worksheet* sheet_;
-  lxw_format *bold_, *heading_;
+  lxw_format *bold_, *heading_, *wrapped_;
   std::vector<Format> formats_;
   std::vector<lxw_format*> plain_, sums_;
   lxw_row_t row_ = 0;
@@ -175,7 +178,7 @@ class Writer {
 
 }  // namespace
 
-SpreadsheetOutcome WriteSpreadsheet(const Report& report, const std::string& host_file,
+SpreadsheetOutcome WriteSpreadsheet(const Report& report, bool landscape, const std::string& host_file,
                                     const std::string& host_folder, platform::Progress& progress,
                                     std::string& reason) {
   const std::vector<Band>& bands = report.bands();
@@ -191,7 +194,7 @@ SpreadsheetOutcome WriteSpreadsheet(const Report& report, const std::string& hos
     reason = "memorie insuficienta";
     return SpreadsheetOutcome::kFailed;
   }
-  Writer writer(report, book.get());
+  Writer writer(report, landscape, book.get());
   if (!writer.Usable()) {
     reason = "nume de foaie nevalid";
     return SpreadsheetOutcome::kFailed;

@@ -28,6 +28,10 @@ Format FormatOfType(store::ColumnType type) {
       return Format::kTick;
     case kCurrency:
       return Format::kAmount;
+    case kSingle:
+    case kDouble:
+    case kDecimal:
+      return Format::kNumber;
     default:
       return Format::kText;
   }
@@ -40,9 +44,12 @@ int Table::ColumnOf(std::string_view field) const {
     int number = 0;
     const char* end = field.data() + field.size();
     const auto read = std::from_chars(field.data() + 1, end, number);
-    const bool there = read.ec == std::errc() && read.ptr == end && number >= 1 &&
-                       number <= static_cast<int>(columns_.size());
-    return there ? number - 1 : -1;
+    if (read.ec != std::errc() || read.ptr != end || number < 1) return -1;
+    for (int i = 0; i < static_cast<int>(columns_.size()); ++i) {
+      const int own = columns_[static_cast<std::size_t>(i)].number;
+      if ((own > 0 ? own : i + 1) == number) return i;
+    }
+    return -1;
   }
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     if (platform::EqualsNoCase(columns_[i].field, field)) return static_cast<int>(i);

@@ -19,12 +19,13 @@ class Table {
   struct Column {
     std::string field, caption;
     Format format = Format::kText;
+    int number = 0;  ///< of the source, from 1, where the columns stand in another order; 0: as they stand
   };
 
   virtual ~Table() = default;
 
   const std::vector<Column>& columns() const { return columns_; }
-  int ColumnOf(std::string_view field) const;  ///< without regard to case; "#1" the first; -1
+  int ColumnOf(std::string_view field) const;  ///< without regard to case; "#1" the source's first; -1
 
   /// The first ones, which the user sees; any other can be named all the same.
   virtual int visible_columns() const { return static_cast<int>(columns_.size()); }

@@ -8,7 +8,8 @@ namespace tariff {
 
 /// A level of the nomenclature, from sections down to the eight-digit codes.
 struct Level {
-  int number;  ///< 1 sections, 2 chapters, 4 headings, 6 subheadings, 8 codes
+  int number;            ///< 1 sections, 2 chapters, 4 headings, 6 subheadings, 8 codes
+  std::string_view key;  ///< of its command in the menu and of its report
   std::string_view title;
   std::string_view query;     ///< the whole level, as the menu opens it
   std::string_view show_all;  ///< the whole level, as the browser shows it again: the upper two with notes
@@ -22,22 +23,23 @@ struct Level {
 inline constexpr std::array<std::string_view, 5> kLevelHeadings = {"COD", "DESCRIERE"};
 
 inline constexpr Level kLevels[] = {
-    {1, "SECTIUNI -", "SELECT [HS1_COD], [HS1_DESC] FROM [HS_1] ORDER BY [HS1_COD]",
+    {1, "TARIF_SECTIUNI", "SECTIUNI -", "SELECT [HS1_COD], [HS1_DESC] FROM [HS_1] ORDER BY [HS1_COD]",
      "SELECT [HS1_COD], [HS1_DESC], [HS_1_NOTE] FROM [HS_1] ORDER BY [HS1_COD]", "", "", kLevelHeadings,
      "Legatura Capitole"},
-    {2, "CAPITOLE -", "SELECT [HS2_COD], [HS2_DESC] FROM [HS_2] ORDER BY [HS2_COD]",
+    {2, "TARIF_CAPITOLE", "CAPITOLE -", "SELECT [HS2_COD], [HS2_DESC] FROM [HS_2] ORDER BY [HS2_COD]",
      "SELECT [HS2_COD], [HS2_DESC], [HS2_NOTE] FROM [HS_2] ORDER BY [HS2_COD]",
      "SELECT [HS2_COD], [HS2_DESC], [HS2_NOTE] FROM [HS_2] WHERE [HS1_COD]='", "' ORDER BY [HS2_COD]",
      kLevelHeadings, "Legatura Grupe"},
-    {4, "GRUPE -", "SELECT [HS4_COD], [HS4_DESC] FROM [HS_4] ORDER BY [HS4_COD]",
+    {4, "TARIF_GRUPE", "GRUPE -", "SELECT [HS4_COD], [HS4_DESC] FROM [HS_4] ORDER BY [HS4_COD]",
      "SELECT [HS4_COD], [HS4_DESC] FROM [HS_4] ORDER BY [HS4_COD]",
      "SELECT [HS4_COD], [HS4_DESC] FROM [HS_4] WHERE [HS2_COD]='", "' ORDER BY [HS4_COD]", kLevelHeadings,
      "Legatura HS6"},
-    {6, "HS 6 -", "SELECT [HS6_COD], [HS6_DESC] FROM [HS_6] ORDER BY [HS6_COD]",
+    {6, "TARIF_HS6", "HS 6 -", "SELECT [HS6_COD], [HS6_DESC] FROM [HS_6] ORDER BY [HS6_COD]",
      "SELECT [HS6_COD], [HS6_DESC] FROM [HS_6] ORDER BY [HS6_COD]",
      "SELECT [HS6_COD], [HS6_DESC] FROM [HS_6] WHERE [HS4_COD]='", "' ORDER BY [HS6_COD]", kLevelHeadings,
      "Legatura Cod vamal"},
     {8,
+     "TARIF_CODVAMAL",
      "Cod Vamal -",
      "SELECT [HS8_COD],[HS12_COD], [DESCRIERE],[UM_SUPL], [AN_START] FROM [HS_8] WHERE [AN_END] IS NULL "
      "ORDER "

@@ -211,7 +211,7 @@ bool ListScreen::SaveSpreadsheet(const std::string& windows_path) {
 void ListScreen::ExportSpreadsheet() {
   const std::string path = AskForFile(this, windowTitle(), QStringLiteral("Export in Excel"),
                                       QStringLiteral("Excel (*.xlsx)"), QStringLiteral(".xlsx"));
-  if (!path.empty()) SaveSpreadsheet(path);
+  if (!path.empty() && SaveSpreadsheet(path)) Frm_Fisier_Optiuni(context(), path, this).exec();
 }
 
 void ListScreen::Print() {

@@ -1,8 +1,5 @@
 #include "ui/reader.h"
 
-#include <QFileDialog>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QShortcut>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -58,41 +55,10 @@ void Reader::AddReaderCommands() {
       QStringLiteral("CmdTipareste"), QStringLiteral("&Tipareste"), QStringLiteral("tipareste"),
       [this] { Print(); }, QKeySequence::Print);
   commands_->Add(
-      QStringLiteral("CmdPdf"), QStringLiteral("&PDF..."), QStringLiteral("pdf"),
-      [this] {
-        const QString chosen = QFileDialog::getSaveFileName(this, QStringLiteral("Fisier PDF"), QString(),
-                                                            QStringLiteral("PDF (*.pdf)"));
-        if (chosen.isEmpty()) return;
-        const platform::Drives& drives = session().host.files.drives();
-        WritePdf(drives.FromHost(std::filesystem::path(chosen.toStdU16String())));
-      },
+      QStringLiteral("CmdPdf"), QStringLiteral("&PDF..."), QStringLiteral("pdf"), [this] { ExportPdf(); },
       QKeySequence(Qt::CTRL | Qt::Key_E));
   commands_->AddApart(QStringLiteral("CmdInchide"), QStringLiteral("&Inchide"), QStringLiteral("renunta"),
                       [this] { reject(); });
-}
-
-void Reader::Print() {
-  QPrinter printer(QPrinter::HighResolution);
-  QPrintDialog dialog(&printer, this);
-  if (dialog.exec() == QDialog::Accepted) text_->print(&printer);
-}
-
-bool Reader::WritePdf(const std::string& windows_path) {
-  // Laid out beside the target and put in its place when complete.
-  std::string path = windows_path;
-  if (!Q(path).endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) path += ".pdf";
-  const std::string beside = path + ".tmp";
-  const QString host = QString::fromStdU16String(session().host.files.ToHost(beside).u16string());
-  QPrinter printer(QPrinter::HighResolution);
-  printer.setOutputFormat(QPrinter::PdfFormat);
-  printer.setOutputFileName(host);
-  text_->print(&printer);
-  const bool written = Try([&] {
-    session().host.files.Copy(beside, path);
-    session().host.files.Remove(beside);
-  });
-  ShowStatus(written ? QStringLiteral("Scris: ") + Q(path) : QString());
-  return written;
 }
 
 void Reader::OnLineActivated(std::function<void(int line)> handler) { on_line_ = std::move(handler); }

@@ -12,8 +12,8 @@ namespace ui {
 
 class CommandRow;
 
-/// The reader skeleton: a text to read, with zoom (Ctrl+plus, Ctrl+minus, Ctrl+0), search, print, export and
-/// close. Used for problem lists, notes and other texts.
+/// The reader skeleton: a text to read, with zoom (Ctrl+plus, Ctrl+minus, Ctrl+0), print, export and close.
+/// How the text is printed is the screen's own matter.
 class Reader : public Screen {
   Q_OBJECT
  public:
@@ -31,8 +31,8 @@ class Reader : public Screen {
   void OnLineActivated(std::function<void(int line)> handler);
   void ShowStatus(const QString& text);
 
-  virtual void Print();
-  bool WritePdf(const std::string& windows_path);
+  virtual void Print() = 0;
+  virtual void ExportPdf() = 0;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -34,8 +34,13 @@ TEST(Definitions, AFileThatIsWrongIsNamedWithItsReport) {
   EXPECT_EQ(Refusal(OneReport("<Column Field=\"A\"/>")), "");
   for (const std::string& broken :
        {std::string(), std::string("<Reports><Report"), std::string("\xFF\xFE x")}) {
-    EXPECT_THAT(Refusal(broken), HasSubstr(std::string("Fisierul ") + kFile + " nu este un XML corect"));
+    EXPECT_THAT(Refusal(broken),
+                HasSubstr(std::string("Fisierul ") + kFile + " nu este un XML corect: linia 1, "));
   }
+  EXPECT_THAT(Refusal("<Reports>\n<Report>\n</Raport>\n</Reports>"),
+              HasSubstr("linia 3, un element nu se inchide unde trebuie"));
+  EXPECT_THAT(Refusal(OneReport("\n<Column Field=\"A\"/>\n<Column Field=\"B\" Format=\"x\"/>\n")),
+              HasSubstr("linia 3, raportul R1: formatul \"x\""));
   EXPECT_THAT(Refusal("<Setari/>"), HasSubstr("nu are elementul Reports"));
   const std::pair<std::string, const char*> wrong[] = {
       {OneReport(""), "nu are coloane"},
@@ -105,6 +110,11 @@ TEST(Report, ColumnsAreTakenByNamePositionAndCondition) {
   EXPECT_EQ(report.columns()[0].caption, "Valoare");
   EXPECT_EQ(report.columns()[1].caption, "Net");
   EXPECT_EQ(report.columns()[1].alignment, Alignment::kRight);
+  // Beside "*" a column is printed once, as it is described, and only where the list shows it.
+  const Report all = Made("<Column Field=\"*\"/><Column Field=\"Suma\" Caption=\"Valoare\" Total=\"1\"/>",
+                          {{"DE", 1, 2}, {"DE", 3, 4}});
+  EXPECT_EQ(Bands(all), " DE 1.00 2.00\n DE 3.00 4.00\n[TOTAL (2)]  4.00 \n");
+  EXPECT_EQ(all.columns()[1].caption, "Valoare");
   for (const char* wrong :
        {"<Column Field=\"Lipsa\"/>", "<Column Field=\"#4\"/>",
         "<Column Field=\"Tara\"/><Group Field=\"Lipsa\"/>", "<Line>{Lipsa}</Line><Column Field=\"Tara\"/>"}) {
@@ -112,7 +122,7 @@ TEST(Report, ColumnsAreTakenByNamePositionAndCondition) {
       Made(wrong, {{"DE", 1, 2}});
       ADD_FAILURE() << wrong;
     } catch (const ReportError& error) {
-      EXPECT_THAT(error.what(), HasSubstr("raportul R1: "));
+      EXPECT_THAT(error.what(), HasSubstr("linia 1, raportul R1: "));
     }
   }
 }
@@ -132,8 +142,9 @@ TEST(DeliveredDefinitions, EveryReportOfADeclarationOpensForBothDirections) {
     }
   }
   const Definitions file = Definitions::Read(at.session);
-  ASSERT_EQ(file.Family("Declaratie").size(), 4u);
+  ASSERT_EQ(file.Family("Declaratie").size(), 5u);
   for (const Definition* definition : file.Family("Declaratie")) {
+    if (!definition->has_statement()) continue;
     for (const char* TIP : {"I", "O"}) {
       SCOPED_TRACE(definition->id + TIP);
       const Placeholders values =

@@ -99,7 +99,8 @@ void Desktop::BindWorkScreens() {
   });
   commands_.HandleViewers([this](const Command& command) {
     OpenOnce(command.key, [&] {
-      tariff::ReferenceTable table{std::string(command.query), std::string(command.title), {}};
+      tariff::ReferenceTable table{
+          std::string(command.query), std::string(command.title), {}, std::string(command.key)};
       for (const std::string_view heading : command.headings) table.captions.emplace_back(heading);
       return new tariff::Frm_Tabel(context_, table, main_window_.get());
     });

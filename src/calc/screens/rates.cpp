@@ -70,6 +70,7 @@ Frm_Curs_Manual::Frm_Curs_Manual(ui::Context& screen_context, std::function<void
       QStringLiteral("CmdSterge"), QStringLiteral("&Sterge"), QStringLiteral("sterge"), [this] { Delete(); },
       QKeySequence(QKeySequence::Delete));
   AddListCommands(QStringLiteral("  REPORT - CURS VALUTAR -"));
+  SetReport("CURS_MANUAL");
   AddFilterRow();
   connect(grid(), &ui::Grid::Activated, this, [this](int row) { Try([&] { Edit(KeyAt(row)); }); });
   auto* refresh = new QShortcut(QKeySequence(Qt::Key_F5), this);

@@ -2,6 +2,8 @@
 
 #include <QListWidget>
 
+#include "reports/declaration_report.h"
+#include "reports/screens/preview.h"
 #include "ui/text.h"
 
 namespace companies {
@@ -28,6 +30,10 @@ Frm_Firme::Frm_Firme(ui::Context& screen_context, QWidget* parent)
   AddShown(QStringLiteral("Cod_Fiscal"), QStringLiteral("Cod de inregistrare fiscala"));
   AddShown(QStringLiteral("DataBaseFile"), QStringLiteral("Fisier baza de date"));
   SetButtons(QStringLiteral("&Deschide firma"), [this] { Confirm(); });
+  QPushButton* print =
+      AddCommand(QStringLiteral("CmdTiparire"), QStringLiteral("&Tiparire"), [this] { Print(); });
+  print->setAutoDefault(false);
+  BindKey(print, QKeySequence(QKeySequence::Print));
 
   Try([this] { companies_ = ListCompanies(session()); });
   connect(search, &QLineEdit::textChanged, this, &Frm_Firme::ShowList);
@@ -68,6 +74,24 @@ void Frm_Firme::ShowChosen() {
       item == nullptr ? nullptr : &companies_[static_cast<std::size_t>(item->data(Qt::UserRole).toInt())];
   SetText(QStringLiteral("Cod_Fiscal"), one == nullptr ? QString() : Q(one->Cod_Fiscal));
   SetText(QStringLiteral("DataBaseFile"), one == nullptr ? QString() : Q(one->DataBaseFile));
+}
+
+void Frm_Firme::Print() {
+  std::vector<std::vector<store::Value>> rows;
+  for (int i = 0; i < list_->count(); ++i) {
+    const ListedCompany& one =
+        companies_[static_cast<std::size_t>(list_->item(i)->data(Qt::UserRole).toInt())];
+    rows.push_back({one.Nume_Firma, one.Cod_Fiscal, one.DataBaseFile});
+  }
+  reports::Subject subject;
+  subject.report = "FIRME";
+  subject.title = QStringLiteral("  REPORT - FIRME -");
+  subject.placeholders = reports::CommonPlaceholders(session());
+  std::vector<reports::Table::Column> columns = {{"Nume_Firma", "Nume Firma"},
+                                                 {"Cod_Fiscal", "Cod de inregistrare fiscala"},
+                                                 {"DataBaseFile", "Fisier baza de date"}};
+  subject.rows = std::make_shared<reports::MemoryTable>(std::move(columns), std::move(rows));
+  reports::Preview(context(), subject, this);
 }
 
 void Frm_Firme::Confirm() {

@@ -23,6 +23,7 @@ class Frm_Firme : public ui::Form {
   void ShowList(const QString& part);
   void ShowChosen();
   void Confirm();
+  void Print();  ///< the companies shown
 
   std::vector<ListedCompany> companies_;
   QListWidget* list_;

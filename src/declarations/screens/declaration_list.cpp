@@ -102,6 +102,12 @@ void Frm_Intrastat_Lista::AddCommands() {
   add(
       "CmdTiparire", "&Tipareste", "tipareste", [this] { PrintDeclaration(); },
       QKeySequence(QKeySequence::Print));
+  QPushButton* list = add(
+      "CmdTiparireLista", "&Lista", "tipareste", [this] { Print(); },
+      QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
+  list->setToolTip(QStringLiteral("Tipareste lista declaratiilor (Ctrl+Shift+P)"));
+  SetReportTitle(QStringLiteral("  REPORT - Declaratii Intrastat"));
+  SetReport("Frm_Intrastat_Lista");
   add(
       "CmdExcel", "E&xcel", "excel", [this] { ExportSpreadsheet(); }, QKeySequence(Qt::CTRL | Qt::Key_E));
   add("CmdRefresh", "", "reimprospateaza", [this] {

@@ -138,8 +138,8 @@ void Frm_INTRASTAT::AddCommands() {
   this->commands()->AddSeparator();
   changing(add("Cmd_Fisier", "&Fisier", "fisier", "Scrie fisierul XML al declaratiei", &Frm_INTRASTAT::Export,
                QKeySequence(Qt::CTRL | Qt::Key_E)));
-  add("Cmd_Print", "Ti&pareste", "tipareste", "Tipareste liniile de pe ecran", &Frm_INTRASTAT::PrintLines,
-      QKeySequence(Qt::CTRL | Qt::Key_P));
+  add("Cmd_Print", "Ti&pareste", "tipareste", "Rapoartele declaratiei si liniile de pe ecran",
+      &Frm_INTRASTAT::PrintDeclaration, QKeySequence(Qt::CTRL | Qt::Key_P));
   this->commands()->Add(QStringLiteral("Cmd_Excel"), QStringLiteral("Ex&cel"), QStringLiteral("excel"),
                         [this] {
                           if (grid()->CommitEdit()) ExportSpreadsheet();

@@ -69,7 +69,7 @@ class Frm_INTRASTAT : public ui::ListScreen {
   void Check();
   void ShowProblems();
   void Export();
-  void PrintLines();
+  void PrintDeclaration();
   void RecalculateStatisticalValue();
   void RedistributeTransport();
   void RedistributeNet();

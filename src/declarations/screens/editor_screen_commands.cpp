@@ -8,6 +8,7 @@
 #include "declarations/screens/filter_panel.h"
 #include "declarations/screens/findings.h"
 #include "declarations/screens/header_panel.h"
+#include "reports/screens/preview.h"
 #include "ui/file_options.h"
 #include "ui/progress.h"
 #include "ui/text.h"
@@ -235,8 +236,16 @@ void Frm_INTRASTAT::Export() {
   ShowStatus(header_->CaptionOf(Q(finding.where)) + QStringLiteral(": ") + Q(finding.what));
 }
 
-void Frm_INTRASTAT::PrintLines() {
-  Print({model_.get(), grid()->visible_columns(), QStringLiteral("  REPORT - ") + windowTitle()});
+void Frm_INTRASTAT::PrintDeclaration() {
+  if (!grid()->CommitEdit()) return;
+  if (editor_.pending() && !editor_.SaveLine()) return;
+  FollowLines();
+  // Whoever has chosen lines wants these.
+  const bool chosen = editor_.filtered() || editor_.provenance();
+  reports::PreviewDeclaration(context(), editor_.identity(), editor_.request().Check_XML_Detaliat,
+                              {model_.get(), grid()->visible_columns(),
+                               QStringLiteral("  REPORT - ") + windowTitle(), "Declaratie_Ecran"},
+                              chosen, this);
 }
 
 // --- calculations

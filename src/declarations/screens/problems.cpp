@@ -64,6 +64,9 @@ void Frm_Intrastat_Probleme::ShowReport(const std::string& report) {
   for (const char* name : {"CmdUrmatoarea", "CmdPrecedenta"}) {
     findChild<QPushButton*>(QString::fromLatin1(name))->setEnabled(problem_count() > 0);
   }
+  for (const char* name : {"CmdTipareste", "CmdPdf"}) {
+    findChild<QPushButton*>(QString::fromLatin1(name))->setEnabled(checked_);
+  }
   Mark();
   ShowCount();
 }
@@ -85,6 +88,8 @@ void Frm_Intrastat_Probleme::Previous() {
 }
 
 void Frm_Intrastat_Probleme::Print() { reports::PreviewProblems(context(), identity_, problems_, this); }
+
+void Frm_Intrastat_Probleme::ExportPdf() { reports::ExportProblems(context(), identity_, problems_, this); }
 
 void Frm_Intrastat_Probleme::GoTo(int problem) {
   if (problem < 0) return;

@@ -30,6 +30,7 @@ class Frm_Intrastat_Probleme : public ui::Reader {
   void Previous();
   /// As a report, with the lines' invoices and codes.
   void Print() override;
+  void ExportPdf() override;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

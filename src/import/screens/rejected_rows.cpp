@@ -57,6 +57,7 @@ Frm_Preluare_Respinse::Frm_Preluare_Respinse(ui::Context& screen_context, const 
   SetFirstSize({900, 480});
   AddListCommands(QStringLiteral("Randuri care nu s-au preluat: %1, foaia %2")
                       .arg(Q(platform::FileNameOf(inputs.path)), Q(inputs.sheet)));
+  SetReport("PRELUARE_RESPINSE");
   SetModel(new RejectedModel(result.rejected, inputs.tip_operatiune.starts_with('I'), this));
   ShowStatus(
       result.saved > 0

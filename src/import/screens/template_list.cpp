@@ -36,6 +36,7 @@ Frm_Machete::Frm_Machete(ui::Context& screen_context, Purpose purpose, QWidget* 
                   modify, QKeySequence(Qt::Key_F2));
   commands()->AddSeparator();
   AddListCommands(QStringLiteral("Machete de preluare"));
+  SetReport("MACHETE");
   commands()->AddApart(
       QStringLiteral("CmdSterge"), QStringLiteral("&Sterge"), QStringLiteral("sterge"), [this] { Delete(); },
       QKeySequence(QKeySequence::Delete));

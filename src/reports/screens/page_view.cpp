@@ -15,6 +15,31 @@ constexpr double kGap = 16;        // pixels around a page
 constexpr qint64 kSlice = 12;      // milliseconds of breaking pages between two looks at the user's input
 constexpr std::size_t kKept = 12;  // contents of pages
 
+/// The texts of a page in which a find's text begins, wrapped texts being read as wholes.
+std::vector<std::size_t> PlacesOf(const QString& text, const PageContent& content) {
+  using Joint = PageContent::Text::Joint;
+  std::vector<std::size_t> places;
+  for (std::size_t first = 0; first < content.texts.size();) {
+    QString whole;
+    std::vector<qsizetype> begins;
+    std::size_t t = first;
+    do {
+      const PageContent::Text& each = content.texts[t];
+      if (each.joint == Joint::kBlank) whole += ' ';
+      begins.push_back(whole.size());
+      whole += ui::Q(each.text);
+    } while (++t < content.texts.size() && content.texts[t].joint != Joint::kNone);
+    for (qsizetype at = whole.indexOf(text, 0, Qt::CaseInsensitive); at >= 0;
+         at = whole.indexOf(text, at + 1, Qt::CaseInsensitive)) {
+      const auto line = std::upper_bound(begins.begin(), begins.end(), at) - begins.begin() - 1;
+      const std::size_t place = first + static_cast<std::size_t>(line);
+      if (places.empty() || places.back() != place) places.push_back(place);
+    }
+    first = t;
+  }
+  return places;
+}
+
 }  // namespace
 
 PageView::PageView(QWidget* parent) : QAbstractScrollArea(parent) {
@@ -99,6 +124,34 @@ void PageView::GoTo(int page) {
   verticalScrollBar()->setValue(static_cast<int>(std::ceil(page * page_step())));
 }
 
+void PageView::GoToEnd() {
+  if (!layout_->complete() && finish_ && !finish_()) return;
+  layout_->BreakAll();
+  UpdateBars();
+  GoTo(layout_->page_count() - 1);
+}
+
+void PageView::ReadOn(int direction) {
+  QScrollBar* bar = verticalScrollBar();
+  const int page = current_page(), room = viewport()->height();
+  const double top = page * page_step(), bottom = top + page_step() + kGap - room;
+  constexpr double kNear = 4;  // pixels that are not worth a step of their own
+  const int step = room - 40;  // a line or two stay in view
+  if (direction > 0) {
+    if (bar->value() + kNear < bottom) {
+      bar->setValue(static_cast<int>(std::min<double>(bar->value() + step, bottom)));
+    } else if (page + 1 < layout_->page_count() || !layout_->complete()) {
+      GoTo(page + 1);
+    }
+    return;
+  }
+  if (bar->value() - kNear > top) {
+    bar->setValue(static_cast<int>(std::max<double>(bar->value() - step, std::ceil(top))));
+  } else if (page > 0) {
+    bar->setValue(static_cast<int>(std::max(top - page_step(), top + kGap - room)));
+  }
+}
+
 const PageContent& PageView::Content(int page) {
   const auto known = contents_.find(page);
   if (known != contents_.end()) return known->second;
@@ -149,20 +202,23 @@ void PageView::scrollContentsBy(int, int) {
 void PageView::keyPressEvent(QKeyEvent* key) {
   switch (key->key()) {
     case Qt::Key_PageDown:
-      GoTo(current_page() + 1);
+    case Qt::Key_PageUp: {
+      const int direction = key->key() == Qt::Key_PageDown ? 1 : -1;
+      if (key->modifiers().testFlag(Qt::ControlModifier)) {
+        GoTo(current_page() + direction);
+      } else {
+        ReadOn(direction);
+      }
       break;
-    case Qt::Key_PageUp:
-      GoTo(current_page() - 1);
-      break;
+    }
     case Qt::Key_Home:
       GoTo(0);
       break;
     case Qt::Key_End:
-      layout_->BreakAll();
-      GoTo(layout_->page_count() - 1);
+      GoToEnd();
       break;
     case Qt::Key_Space:
-      verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+      ReadOn(key->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
       break;
     default:
       QAbstractScrollArea::keyPressEvent(key);
@@ -180,32 +236,40 @@ void PageView::wheelEvent(QWheelEvent* event) {
   QAbstractScrollArea::wheelEvent(event);
 }
 
-bool PageView::Find(const QString& text) {
-  if (text.isEmpty() || layout_ == nullptr) return false;
+PageView::Found PageView::Find(const QString& text, int direction) {
+  if (text.isEmpty() || layout_ == nullptr) return Found::kNot;
+  if (!layout_->complete() && finish_ && !finish_()) return Found::kNot;
   layout_->BreakAll();
   UpdateBars();
   const int pages = layout_->page_count();
   const bool again = text == found_ && found_page_ >= 0;
   const int start = again ? found_page_ : current_page();
   for (int i = 0; i <= pages; ++i) {
-    const int page = (start + i) % pages;
+    const int page = ((start + direction * i) % pages + pages) % pages;
     const PageContent content = layout_->Page(page);
-    for (std::size_t t = again && i == 0 ? found_text_ + 1 : 0; t < content.texts.size(); ++t) {
-      const PageContent::Text& each = content.texts[t];
-      if (!ui::Q(each.text).contains(text, Qt::CaseInsensitive)) continue;
-      found_ = text;
-      found_page_ = page;
-      found_text_ = t;
-      MakeVisible(QRectF(kGap + each.x * scale_,
-                         kGap + page * page_step() + (each.baseline - each.size) * scale_,
-                         each.width * scale_, each.size * scale_ * 1.3));
-      viewport()->update();
-      return true;
+    std::vector<std::size_t> places = PlacesOf(text, content);
+    if (again && (i == 0 || i == pages)) {
+      // Behind the last place first, at the very end those before it.
+      std::erase_if(places, [&](std::size_t at) {
+        const bool ahead = direction > 0 ? at > found_text_ : at < found_text_;
+        return ahead != (i == 0);
+      });
     }
+    if (places.empty()) continue;
+    const bool round = direction > 0 ? page < start || i == pages : page > start || i == pages;
+    found_ = text;
+    found_page_ = page;
+    found_text_ = direction > 0 ? places.front() : places.back();
+    const PageContent::Text& each = content.texts[found_text_];
+    MakeVisible(QRectF(kGap + each.x * scale_,
+                       kGap + page * page_step() + (each.baseline - each.size) * scale_, each.width * scale_,
+                       each.size * scale_ * 1.3));
+    viewport()->update();
+    return round ? Found::kFromOtherEnd : Found::kFound;
   }
   found_page_ = -1;
   viewport()->update();
-  return false;
+  return Found::kNot;
 }
 
 void PageView::MakeVisible(const QRectF& place) {

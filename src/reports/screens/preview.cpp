@@ -2,6 +2,7 @@
 
 #include "reports/declaration_report.h"
 #include "reports/screens/raport.h"
+#include "ui/file_options.h"
 #include "ui/format.h"
 #include "ui/text.h"
 
@@ -17,6 +18,8 @@ Format FromUi(ui::Format format) {
       return Format::kAmount;
     case ui::Format::kRate:
       return Format::kRate;
+    case ui::Format::kNumber:
+      return Format::kNumber;
     case ui::Format::kDate:
       return Format::kDate;
     case ui::Format::kDateTime:
@@ -36,6 +39,8 @@ ui::Format ToUi(Format format) {
       return ui::Format::kAmount;
     case Format::kRate:
       return ui::Format::kRate;
+    case Format::kNumber:
+      return ui::Format::kNumber;
     case Format::kDate:
       return ui::Format::kDate;
     case Format::kDateTime:
@@ -54,9 +59,14 @@ class GridTable : public Table {
       if (std::find(shown_.begin(), shown_.end(), i) == shown_.end()) shown_.push_back(i);
     }
     visible_ = static_cast<int>(content.columns.size());
+    const auto* rows = dynamic_cast<const ui::RecordsetModel*>(model_);
     for (const int i : shown_) {
       const ui::Column& column = model_->columns()[static_cast<std::size_t>(i)];
-      columns_.push_back({column.field, ui::Utf8(column.caption), FromUi(column.format)});
+      std::string field = column.field;
+      // A column without a name of its own is the recordset's at its position.
+      if (field.empty() && rows != nullptr && i < rows->rows().field_count())
+        field = rows->rows().field(i).name;
+      columns_.push_back({std::move(field), ui::Utf8(column.caption), FromUi(column.format), i + 1});
     }
   }
 
@@ -88,6 +98,33 @@ void Tell(ui::Context& context, const std::function<void()>& action) {
   });
 }
 
+/// The report's screen, used while it is there. A wrong definition of rows that are at hand gives way to a
+/// plain one, after it has been told.
+void WithReport(ui::Context& context, const Subject& subject, QWidget* parent,
+                const std::function<void(Frm_Raport& screen)>& use) {
+  Tell(context, [&] {
+    std::unique_ptr<Frm_Raport> screen;
+    try {
+      screen = std::make_unique<Frm_Raport>(context, subject, parent);
+    } catch (const ReportError& error) {
+      if (subject.rows == nullptr) throw;
+      context.session.host.prompter.Error(std::string(error.what()) +
+                                          "\r\n\r\nRandurile se arata in asezarea simpla.");
+      Subject plain = subject;
+      plain.plain = true;
+      screen = std::make_unique<Frm_Raport>(context, plain, parent);
+    }
+    use(*screen);
+  });
+}
+
+Subject Declaration(session::Session& session, const declarations::Identity& identity, bool detailed) {
+  Subject subject;
+  subject.report = detailed ? kDetailed : kAggregated;
+  subject.placeholders = DeclarationPlaceholders(session, identity);
+  return subject;
+}
+
 std::shared_ptr<Table> ProblemRows(session::Session& session, const declarations::Identity& identity,
                                    const declarations::LineProblems& problems) {
   std::map<std::int64_t, std::pair<std::string, std::string>> lines;  // invoice and code by Record_ID
@@ -106,6 +143,19 @@ std::shared_ptr<Table> ProblemRows(session::Session& session, const declarations
   return std::make_shared<MemoryTable>(std::move(columns), std::move(cells));
 }
 
+Subject Problems(session::Session& session, const declarations::Identity& identity,
+                 const declarations::LineProblems& problems) {
+  Subject subject;
+  subject.report = "Probleme";
+  subject.placeholders = DeclarationPlaceholders(session, identity);
+  subject.title = QStringLiteral("Probleme - %1 %2 / %3")
+                      .arg(ui::Q(subject.placeholders["Sens"]))
+                      .arg(identity.Anul)
+                      .arg(identity.Luna);
+  subject.rows = ProblemRows(session, identity, problems);
+  return subject;
+}
+
 }  // namespace
 
 Formatter ScreenFormatter() {
@@ -122,7 +172,7 @@ Subject SubjectOf(session::Session& session, const ui::GridContent& content) {
 }
 
 void Preview(ui::Context& context, const Subject& subject, QWidget* parent) {
-  Tell(context, [&] { Frm_Raport(context, subject, parent).exec(); });
+  WithReport(context, subject, parent, [](Frm_Raport& screen) { screen.exec(); });
 }
 
 void PreviewList(ui::Context& context, const ui::GridContent& content, QWidget* parent) {
@@ -131,22 +181,33 @@ void PreviewList(ui::Context& context, const ui::GridContent& content, QWidget* 
 
 void PreviewDeclaration(ui::Context& context, const declarations::Identity& identity, bool detailed,
                         QWidget* parent) {
+  Tell(context, [&] { Preview(context, Declaration(context.session, identity, detailed), parent); });
+}
+
+void PreviewDeclaration(ui::Context& context, const declarations::Identity& identity, bool detailed,
+                        const ui::GridContent& lines, bool lines_first, QWidget* parent) {
   Tell(context, [&] {
-    Subject subject;
-    subject.report = detailed ? kDetailed : kAggregated;
-    subject.placeholders = DeclarationPlaceholders(context.session, identity);
-    Frm_Raport(context, subject, parent).exec();
+    Subject subject = Declaration(context.session, identity, detailed);
+    if (lines_first) subject.report = lines.report;
+    subject.title = lines.title;
+    subject.rows = std::make_shared<GridTable>(lines);
+    Preview(context, subject, parent);
   });
 }
 
 void PreviewProblems(ui::Context& context, const declarations::Identity& identity,
                      const declarations::LineProblems& problems, QWidget* parent) {
+  Tell(context, [&] { Preview(context, Problems(context.session, identity, problems), parent); });
+}
+
+void ExportProblems(ui::Context& context, const declarations::Identity& identity,
+                    const declarations::LineProblems& problems, ui::Screen* screen) {
   Tell(context, [&] {
-    Subject subject;
-    subject.report = "Probleme";
-    subject.placeholders = DeclarationPlaceholders(context.session, identity);
-    subject.rows = ProblemRows(context.session, identity, problems);
-    Frm_Raport(context, subject, parent).exec();
+    WithReport(context, Problems(context.session, identity, problems), screen, [&](Frm_Raport& report) {
+      const std::string path = ui::AskForFile(screen, report.windowTitle(), QStringLiteral("Salvare raport"),
+                                              QStringLiteral("PDF (*.pdf)"), QStringLiteral(".pdf"));
+      if (!path.empty() && report.WritePdf(path)) ui::Frm_Fisier_Optiuni(context, path, screen).exec();
+    });
   });
 }
 

@@ -1,5 +1,6 @@
 #include "reports/screens/raport.h"
 
+#include <QKeyEvent>
 #include <QPageLayout>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -26,6 +27,7 @@ namespace {
 
 constexpr PageSize kA4 = {595.28, 841.89};
 constexpr int kPercents[] = {50, 75, 100, 125, 150, 200, 300, 400};
+constexpr char kStopped[] = "Exportul a fost oprit; fisierul nu a fost scris";
 constexpr int kFits = 2;  // entries of the zoom list before the percents: page width, whole page
 
 std::string Made(const QString& extension) {
@@ -37,18 +39,13 @@ std::string Made(const QString& extension) {
 Frm_Raport::Frm_Raport(ui::Context& screen_context, Subject subject, QWidget* parent)
     : Screen(screen_context, QStringLiteral("Frm_Raport"), parent),
       subject_(std::move(subject)),
-      definitions_(Definitions::Read(session())),
+      definitions_(subject_.plain ? Definitions() : Definitions::Read(session())),
       plain_(PlainDefinition()),
       fonts_(ReadFonts()),
       commands_(new ui::CommandRow(this)),
       view_(new PageView(this)) {
   subject_.placeholders["Titlu"] = ui::Utf8(subject_.title);
-  const Definition* definition = &plain_;
-  if (!subject_.report.empty()) {
-    definition = &definitions_.Get(subject_.report);
-  } else if (const Definition* titled = definitions_.FindByTitle(ui::Utf8(subject_.title))) {
-    definition = titled;
-  }
+  const Definition* definition = FirstDefinition();
   SetFirstSize({1100, 700});
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(8, 8, 8, 8);
@@ -65,6 +62,7 @@ Frm_Raport::Frm_Raport(ui::Context& screen_context, Subject subject, QWidget* pa
   AddCommands();
   AddKeys();
   for (const Definition* each : definitions_.Family(definition->family)) {
+    if (!each->has_statement() && subject_.rows == nullptr) continue;
     choice_->addItem(Q(each->name), Q(each->id));
     if (each == definition) choice_->setCurrentIndex(choice_->count() - 1);
   }
@@ -77,9 +75,15 @@ Frm_Raport::Frm_Raport(ui::Context& screen_context, Subject subject, QWidget* pa
         Make(definitions_.Get(ui::Utf8(choice_->itemData(index).toString())));
       } catch (const ReportError& error) {
         session().host.prompter.Error(error.what());
+        return;
       }
+      shown_ = index;
     });
+    choice_->setCurrentIndex(shown_);
+    view_->setFocus();
   });
+  shown_ = choice_->currentIndex();
+  view_->SetFinisher([this] { return FinishPages(*layout_); });
   connect(view_, &PageView::PagesChanged, this, &Frm_Raport::ShowPlace);
   connect(view_, &PageView::ZoomStep, this, &Frm_Raport::StepZoom);
   Make(*definition);
@@ -91,6 +95,16 @@ Frm_Raport::Frm_Raport(ui::Context& screen_context, Subject subject, QWidget* pa
 }
 
 Frm_Raport::~Frm_Raport() { delete view_; }  // it draws the layout's pages
+
+const Definition* Frm_Raport::FirstDefinition() const {
+  if (subject_.plain) return &plain_;
+  const bool named = !subject_.report.empty();
+  if (named && (subject_.rows == nullptr || definitions_.Has(subject_.report))) {
+    return &definitions_.Get(subject_.report);
+  }
+  const Definition* titled = definitions_.FindByTitle(ui::Utf8(subject_.title));
+  return titled == nullptr ? &plain_ : titled;
+}
 
 void Frm_Raport::AddCommands() {
   const auto add = [this](const char* name, const char* caption, const char* icon,
@@ -153,7 +167,7 @@ void Frm_Raport::AddViewRow(QVBoxLayout* layout) {
   row->addSpacing(12);
 
   button("CmdPrima", "pagina-prima", "Prima pagina (Home)", [this] { view_->GoTo(0); });
-  button("CmdInapoi", "pagina-inapoi", "Pagina dinainte (PgUp)",
+  button("CmdInapoi", "pagina-inapoi", "Pagina dinainte (Ctrl+PgUp)",
          [this] { view_->GoTo(view_->current_page() - 1); });
   page_ = new QSpinBox(this);
   page_->setObjectName(QStringLiteral("Txt_Pagina"));
@@ -161,17 +175,16 @@ void Frm_Raport::AddViewRow(QVBoxLayout* layout) {
   page_->setKeyboardTracking(false);
   page_->setAlignment(Qt::AlignRight);
   label("LblPagina", "Pa&gina", page_);
+  page_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("00000")) + 16);
   connect(page_, &QSpinBox::valueChanged, this, [this](int page) { view_->GoTo(page - 1); });
+  connect(page_->findChild<QLineEdit*>(), &QLineEdit::returnPressed, view_, qOverload<>(&QWidget::setFocus));
   pages_ = new QLabel(this);
   pages_->setObjectName(QStringLiteral("LblPagini"));
-  pages_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("/ 0000 ...")));
+  pages_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("/ 000 ...")));
   row->addWidget(pages_);
-  button("CmdInainte", "pagina-inainte", "Pagina urmatoare (PgDn)",
+  button("CmdInainte", "pagina-inainte", "Pagina urmatoare (Ctrl+PgDn)",
          [this] { view_->GoTo(view_->current_page() + 1); });
-  button("CmdUltima", "pagina-ultima", "Ultima pagina (End)", [this] {
-    layout_->BreakAll();
-    view_->GoTo(layout_->page_count() - 1);
-  });
+  button("CmdUltima", "pagina-ultima", "Ultima pagina (End)", [this] { view_->GoToEnd(); });
   row->addSpacing(12);
 
   button("CmdMicsoreaza", "micsoreaza", "Micsoreaza (Ctrl+-)", [this] { StepZoom(-1); });
@@ -180,7 +193,10 @@ void Frm_Raport::AddViewRow(QVBoxLayout* layout) {
   zoom_->addItems({QStringLiteral("Latimea paginii"), QStringLiteral("Pagina intreaga")});
   for (const int percent : kPercents) zoom_->addItem(QStringLiteral("%1 %").arg(percent));
   label("LblMarire", "&Marire", zoom_);
-  connect(zoom_, &QComboBox::activated, this, &Frm_Raport::ChooseZoom);
+  connect(zoom_, &QComboBox::activated, this, [this](int index) {
+    ChooseZoom(index);
+    view_->setFocus();
+  });
   button("CmdMareste", "mareste", "Mareste (Ctrl++)", [this] { StepZoom(1); });
   row->addSpacing(12);
 
@@ -190,6 +206,7 @@ void Frm_Raport::AddViewRow(QVBoxLayout* layout) {
   label("LblOrientare", "&Asezare", orientation_);
   connect(orientation_, &QComboBox::activated, this, [this](int index) {
     Try([&] { LayOut(index == 0 ? Orientation::kPortrait : Orientation::kLandscape); });
+    view_->setFocus();
   });
   row->addStretch(1);
   layout->addLayout(row);
@@ -207,11 +224,12 @@ void Frm_Raport::AddSearchRow(QVBoxLayout* layout) {
   caption->setBuddy(search_text_);
   row->addWidget(caption);
   row->addWidget(search_text_, 1);
-  row->addWidget(new QLabel(QStringLiteral("F3 urmatorul   Esc inchide cautarea"), search_));
+  row->addWidget(
+      new QLabel(QStringLiteral("F3 urmatorul   Shift+F3 precedentul   Esc inchide cautarea"), search_));
   row->addStretch(1);
   search_->hide();
   layout->addWidget(search_);
-  connect(search_text_, &QLineEdit::returnPressed, this, &Frm_Raport::FindNext);
+  connect(search_text_, &QLineEdit::returnPressed, this, [this] { FindNext(1); });
 }
 
 void Frm_Raport::AddKeys() {
@@ -225,7 +243,16 @@ void Frm_Raport::AddKeys() {
     zoom_->setCurrentIndex(0);
     ChooseZoom(0);
   });
-  key(QKeySequence(Qt::Key_F3), [this] { FindNext(); });
+  key(QKeySequence(Qt::CTRL | Qt::Key_9), [this] {
+    zoom_->setCurrentIndex(1);
+    ChooseZoom(1);
+  });
+  key(QKeySequence(Qt::CTRL | Qt::Key_G), [this] {
+    page_->setFocus();
+    page_->selectAll();
+  });
+  key(QKeySequence(Qt::Key_F3), [this] { FindNext(1); });
+  key(QKeySequence(Qt::SHIFT | Qt::Key_F3), [this] { FindNext(-1); });
   key(QKeySequence(Qt::Key_Escape), [this] {
     if (!search_->isVisible()) {
       reject();
@@ -234,6 +261,20 @@ void Frm_Raport::AddKeys() {
     search_->hide();
     view_->setFocus();
   });
+}
+
+void Frm_Raport::keyPressEvent(QKeyEvent* key) {
+  switch (key->key()) {
+    case Qt::Key_PageDown:
+    case Qt::Key_PageUp:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+      QCoreApplication::sendEvent(view_, key);  // from whatever command the focus is on
+      break;
+    default:
+      Screen::keyPressEvent(key);
+      break;
+  }
 }
 
 void Frm_Raport::Make(const Definition& definition) {
@@ -260,9 +301,11 @@ void Frm_Raport::LayOut(Orientation orientation) {
   auto layout = std::make_unique<Layout>(*report_, fonts_, page, FooterOf(session()), orientation);
   view_->SetLayout(layout.get());
   layout_ = std::move(layout);
-  orientation_->setCurrentIndex(layout_->page().width > layout_->page().height ? 1 : 0);
+  orientation_->setCurrentIndex(landscape() ? 1 : 0);
   ShowPlace();
 }
+
+bool Frm_Raport::landscape() const { return layout_->page().width > layout_->page().height; }
 
 QString Frm_Raport::Title() const { return Q(report_->title()).trimmed(); }
 
@@ -301,23 +344,40 @@ void Frm_Raport::StepZoom(int direction) {
   ChooseZoom(kFits + wanted);
 }
 
-void Frm_Raport::FindNext() {
+void Frm_Raport::FindNext(int direction) {
   const QString text = search_text_->text();
   if (text.isEmpty()) {
     search_->show();
     search_text_->setFocus();
     return;
   }
-  const bool found = view_->Find(text);
-  status_->setText(found ? QString() : QStringLiteral("Textul \"%1\" nu se gaseste in raport").arg(text));
+  const PageView::Found found = view_->Find(text, direction);
+  if (found == PageView::Found::kNot && !layout_->complete()) return;  // stopped
+  const QString from_other_end = direction > 0 ? QStringLiteral("Cautarea a reluat de la inceput")
+                                               : QStringLiteral("Cautarea a reluat de la sfarsit");
+  status_->setText(found == PageView::Found::kNot
+                       ? QStringLiteral("Textul \"%1\" nu se gaseste in raport").arg(text)
+                   : found == PageView::Found::kFromOtherEnd ? from_other_end
+                                                             : QString());
+}
+
+bool Frm_Raport::FinishPages(Layout& pages) {
+  if (pages.complete()) return true;
+  platform::Progress& progress = session().host.progress;
+  const ui::LongRun run(progress, QStringLiteral("Raport"), ui::Stopping::kPossible);
+  while (!pages.complete()) {
+    progress.Update("Se asaza paginile", pages.progress());
+    if (progress.Cancelled()) return false;
+    pages.BreakNextPage();
+  }
+  return true;
 }
 
 void Frm_Raport::Print() {
-  layout_->BreakAll();
+  if (!FinishPages(*layout_)) return;
   QPrinter printer(QPrinter::HighResolution);
   printer.setPageSize(QPageSize(QPageSize::A4));
-  const bool landscape = layout_->page().width > layout_->page().height;
-  printer.setPageOrientation(landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+  printer.setPageOrientation(landscape() ? QPageLayout::Landscape : QPageLayout::Portrait);
   printer.setDocName(Title());
   printer.setFromTo(1, layout_->page_count());
   QPrintDialog dialog(&printer, this);
@@ -332,7 +392,7 @@ void Frm_Raport::Print() {
   page.margin = std::max({page.margin, least.left(), least.right(), least.top(), least.bottom()});
   Layout pages(*report_, fonts_, page, FooterOf(session()),
                size.width() > size.height() ? Orientation::kLandscape : Orientation::kPortrait);
-  pages.BreakAll();
+  if (!FinishPages(pages)) return;
   int first = 0, last = pages.page_count() - 1;
   if (dialog.printRange() == QAbstractPrintDialog::CurrentPage) first = last = view_->current_page();
   if (dialog.printRange() == QAbstractPrintDialog::PageRange) {
@@ -366,13 +426,15 @@ void Frm_Raport::Export(const QString& filter, const QString& extension, Writer 
 QByteArray Frm_Raport::MakePdf() {
   const std::string caption = Made(QStringLiteral(".pdf"));
   const ui::LongRun run(session().host.progress, Q(caption), ui::Stopping::kPossible);
-  layout_->BreakAll();
+  QByteArray bytes;
+  const bool whole = FinishPages(*layout_);
   ShowPlace();
-  QByteArray bytes = Pdf(*layout_, Title(), [&](int page, int pages) {
-    session().host.progress.Update(caption, page * 100 / pages);
-    return !session().host.progress.Cancelled();
-  });
-  if (bytes.isEmpty()) session().host.prompter.Info("Exportul a fost oprit; fisierul nu a fost scris");
+  if (whole)
+    bytes = Pdf(*layout_, Title(), [&](int page, int pages) {
+      session().host.progress.Update(caption, page * 100 / pages);
+      return !session().host.progress.Cancelled();
+    });
+  if (bytes.isEmpty()) session().host.prompter.Info(kStopped);
   return bytes;
 }
 
@@ -392,8 +454,10 @@ bool Frm_Raport::WritePdf(const std::string& windows_path) {
 }
 
 bool Frm_Raport::WriteHtml(const std::string& windows_path) {
-  const ui::LongRun run(session().host.progress, Q(Made(QStringLiteral(".html"))));
-  return Store(windows_path, Html(*report_, FooterOf(session())));
+  const ui::LongRun run(session().host.progress, Q(Made(QStringLiteral(".html"))), ui::Stopping::kPossible);
+  const std::string page = Html(*report_, FooterOf(session()), landscape(), session().host.progress);
+  if (page.empty()) session().host.prompter.Info(kStopped);
+  return !page.empty() && Store(windows_path, page);
 }
 
 bool Frm_Raport::WriteXlsx(const std::string& windows_path) {
@@ -404,12 +468,12 @@ bool Frm_Raport::WriteXlsx(const std::string& windows_path) {
   std::string reason = ui::Utf8(folder.errorString());
   const SpreadsheetOutcome outcome =
       folder.isValid()
-          ? WriteSpreadsheet(*report_, QFile::encodeName(file).toStdString(),
+          ? WriteSpreadsheet(*report_, landscape(), QFile::encodeName(file).toStdString(),
                              QFile::encodeName(folder.path()).toStdString(), session().host.progress, reason)
           : SpreadsheetOutcome::kFailed;
   switch (outcome) {
     case SpreadsheetOutcome::kCancelled:
-      prompter.Info("Exportul a fost oprit; fisierul nu a fost scris");
+      prompter.Info(kStopped);
       return false;
     case SpreadsheetOutcome::kTooLong:
       prompter.Error("Raportul are prea multe randuri pentru un fisier Excel (cel mult 1.048.575)");

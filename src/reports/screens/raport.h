@@ -35,18 +35,25 @@ class Frm_Raport : public ui::Screen {
   bool WriteHtml(const std::string& windows_path);
   bool WriteXlsx(const std::string& windows_path);
 
+ protected:
+  void keyPressEvent(QKeyEvent* key) override;
+
  private:
   void AddCommands();
   void AddViewRow(QVBoxLayout* layout);
   void AddSearchRow(QVBoxLayout* layout);
   void AddKeys();
+  /// The one to open with. Throws ReportError.
+  const Definition* FirstDefinition() const;
   /// Makes the report of a definition; the one on show stays where that fails.
   void Make(const Definition& definition);
   void LayOut(Orientation orientation);
   void ShowPlace();
   void ChooseZoom(int index);
   void StepZoom(int direction);
-  void FindNext();
+  void FindNext(int direction);
+  /// Breaks what pages are left, with progress; false where the user stopped it.
+  bool FinishPages(Layout& pages);
   void Print();
   using Writer = bool (Frm_Raport::*)(const std::string& windows_path);
   void Export(const QString& filter, const QString& extension, Writer writer);
@@ -55,6 +62,7 @@ class Frm_Raport : public ui::Screen {
   QByteArray MakePdf();
   bool Store(const std::string& windows_path, std::string_view bytes);
   QString Title() const;
+  bool landscape() const;
 
   Subject subject_;
   Definitions definitions_;
@@ -65,6 +73,7 @@ class Frm_Raport : public ui::Screen {
   ui::CommandRow* commands_;
   PageView* view_;
   QComboBox* choice_ = nullptr;
+  int shown_ = -1;  ///< of the choice
   QComboBox* orientation_ = nullptr;
   QComboBox* zoom_ = nullptr;
   QSpinBox* page_ = nullptr;

@@ -173,7 +173,8 @@ Frm_Cautare_Tarif::List& Frm_Cautare_Tarif::ActiveList() {
 }
 
 ui::GridContent Frm_Cautare_Tarif::ContentOf(const List& list) const {
-  return {list.rows, list.grid->visible_columns(), list.title + QStringLiteral(" - ") + searched_};
+  return {list.rows, list.grid->visible_columns(), list.title + QStringLiteral(" - ") + searched_,
+          &list == &tariff_ ? "CAUTARE_TARIF" : "CAUTARE_DECLARATII"};
 }
 
 void Frm_Cautare_Tarif::Print(const List& list) {

@@ -83,6 +83,7 @@ void Frm_Tarif::Show(View view, const store::Recordset& rows) {
   view_ = std::move(view);
   const Level& level = *view_.level;
   setWindowTitle(Q(level.title));
+  SetReport(std::string(level.key));
   SetReportTitle(QStringLiteral("  REPORT - ") + Q(level.title));
   link_->setText(Q(level.link));
   link_->setVisible(!level.link.empty());

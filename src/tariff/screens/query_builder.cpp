@@ -423,7 +423,7 @@ void Frm_Interogari::PrintRows() {
   }
   const QString script = scripts_->currentText();
   Print({rows_model_.get(), grid()->visible_columns(),
-         QStringLiteral("  REPORT - ") + (script.isEmpty() ? windowTitle() : script)});
+         QStringLiteral("  REPORT - ") + (script.isEmpty() ? windowTitle() : script), "INTEROGARI"});
 }
 
 std::string Frm_Interogari::statement() const { return ui::Utf8(TXT_SQL_->toPlainText()); }

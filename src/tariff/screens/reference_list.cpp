@@ -38,6 +38,7 @@ Frm_Tabel::Frm_Tabel(ui::Context& context, const ReferenceTable& table, QWidget*
       QKeySequence(Qt::Key_F5));
   commands()->AddSeparator();
   AddListCommands(ui::Q("  REPORT - " + table.title));
+  SetReport(table.report);
   grid()->SetLayoutName(QStringLiteral("Frm_Tabel ") + windowTitle());
   store::Recordset rows = session().common.Query(table.query);
   model_ = new ui::RecordsetModel(ColumnsOf(table, rows), rows, this);

@@ -12,6 +12,7 @@ struct ReferenceTable {
   std::string query;                  ///< on the common connection
   std::string title;                  ///< of the window; the report's is "  REPORT - " and the title
   std::vector<std::string> captions;  ///< of the query's columns; empty ones at the end are ignored
+  std::string report = {};            ///< of the report definitions
 };
 
 /// The read-only list of any reference table: grid, count, search, find dialog, print, spreadsheet. The

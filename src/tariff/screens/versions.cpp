@@ -72,6 +72,7 @@ Frm_Tarif_Versiuni::Frm_Tarif_Versiuni(ui::Context& screen_context, std::string 
       [this] { Load(); }, QKeySequence(QKeySequence::New));
   commands()->AddSeparator();
   AddListCommands(QStringLiteral("  REPORT - VERSIUNI TARIF -"));
+  SetReport("TARIF_VERSIUNI");
   grid()->SetEmptyText(
       QStringLiteral("Aici apar tarifele incarcate. \"Incarca nomenclator...\" face tariful "
                      "unui an din fisierul XML al institutului."));

@@ -3,11 +3,11 @@
 #include <gmock/gmock.h>
 
 #include <QProcess>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QTimer>
+#include <set>
 
-#include "app/commands.h"
-#include "calc/screens/rates.h"
 #include "reports/screens/page_view.h"
 #include "support/qt/mnemonics.h"
 #include "support/qt/screen_fixture.h"
@@ -47,43 +47,6 @@ struct Raport : testing::Test, ScreenFixture {
   static int Page(QWidget& screen) { return Get<QSpinBox>(screen, "Txt_Pagina").value(); }
 };
 
-TEST_F(Raport, EveryListOfTheMenuHasItsReportAndOpensIt) {
-  const Definitions file = Definitions::Read(at.session);
-  int lists = 0;
-  for (const app::Command& command : app::CommandTable()) {
-    const bool tariff = command.kind == app::CommandKind::kTariff;
-    if (!tariff && command.kind != app::CommandKind::kViewer) continue;
-    SCOPED_TRACE(std::string(command.key));
-    ++lists;
-    const Definition& own = file.Get(command.key);
-    store::Recordset rows = (tariff ? at.session.tariff : at.session.common).Query(command.query);
-    std::vector<ui::Column> columns;
-    std::vector<int> shown;
-    for (int i = 0; i < rows.field_count(); ++i) {
-      columns.push_back({.field = rows.field(i).name, .caption = ui::Q(command.headings[std::size_t(i)])});
-      shown.push_back(i);
-    }
-    ui::RecordsetModel model(columns, rows);
-    const ui::GridContent content{&model, shown, ui::Q("  REPORT - " + std::string(command.title))};
-    Frm_Raport screen(context, SubjectOf(at.session, content), nullptr);
-    EXPECT_EQ(screen.report().title(), own.title);  // found by the list's title
-    ASSERT_EQ(screen.report().columns().size(), columns.size());
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      EXPECT_EQ(ui::Q(screen.report().columns()[i].caption).trimmed(), columns[i].caption.trimmed());
-    }
-    EXPECT_THAT(screen.report().CaptionOf(screen.report().bands().back()),
-                testing::EndsWith(fmt::format(" {}", rows.record_count())));
-  }
-  EXPECT_EQ(lists, 11);
-  calc::Frm_Curs_Manual rates(
-      context, [] {}, nullptr);
-  context.preview_list = [&](const ui::GridContent& content, QWidget* parent) {
-    Frm_Raport screen(context, SubjectOf(at.session, content), parent);
-    EXPECT_EQ(screen.report().title(), file.Get("CURS_MANUAL").title);
-  };
-  Click(rates, "CmdTiparire");
-}
-
 TEST_F(Raport, ShowsTheFirstPageAtOnceAndGoesThroughThePages) {
   AddLines(400);
   Frm_Raport screen(context, Declaration(kDetailed), nullptr);
@@ -94,12 +57,21 @@ TEST_F(Raport, ShowsTheFirstPageAtOnceAndGoesThroughThePages) {
   const int pages = screen.layout_of_pages().page_count();
   ASSERT_GT(pages, 5);
   EXPECT_EQ(Get<QLabel>(screen, "LblPagini").text(), QStringLiteral("/ %1").arg(pages));
-  QTest::keyClick(screen.view(), Qt::Key_PageDown);
-  QTest::keyClick(screen.view(), Qt::Key_PageDown);
-  EXPECT_EQ(Page(screen), 3);
-  QTest::keyClick(screen.view(), Qt::Key_PageUp);
+  // A page is read to its end before the next one; nothing of it is passed over.
+  QScrollBar& bar = *screen.view()->verticalScrollBar();
+  std::set<int> read;
+  for (int before = -1; bar.value() != before;) {
+    read.insert(Page(screen));
+    before = bar.value();
+    QTest::keyClick(screen.view(), Qt::Key_PageDown);
+    ASSERT_LE(bar.value() - before, screen.view()->viewport()->height());
+  }
+  EXPECT_EQ(static_cast<int>(read.size()), pages);
+  EXPECT_EQ(bar.value(), bar.maximum());
+  QTest::keyClick(screen.view(), Qt::Key_Home);
+  QTest::keyClick(screen.view(), Qt::Key_PageDown, Qt::ControlModifier);
   EXPECT_EQ(Page(screen), 2);
-  QTest::keyClick(screen.view(), Qt::Key_End);
+  QTest::keyClick(&Get<QPushButton>(screen, "CmdPdf"), Qt::Key_End);
   EXPECT_EQ(Page(screen), pages);
   EXPECT_FALSE(Get<QPushButton>(screen, "CmdUltima").isEnabled());
   Click(screen, "CmdPrima");
@@ -111,9 +83,10 @@ TEST_F(Raport, ShowsTheFirstPageAtOnceAndGoesThroughThePages) {
   Click(screen, "CmdMareste");
   EXPECT_GT(screen.view()->percent(), fitted);
   EXPECT_EQ(Page(screen), 4);
-  EXPECT_TRUE(screen.view()->Find("total (400)"));
+  EXPECT_EQ(screen.view()->Find("total (400)"), PageView::Found::kFound);
   EXPECT_EQ(Page(screen), pages);
-  EXPECT_FALSE(screen.view()->Find("nicaieri"));
+  EXPECT_EQ(screen.view()->Find("total (400)"), PageView::Found::kFromOtherEnd);
+  EXPECT_EQ(screen.view()->Find("nicaieri"), PageView::Found::kNot);
   Get<QComboBox>(screen, "Combo_Orientare").setCurrentIndex(0);
   Q_EMIT Get<QComboBox>(screen, "Combo_Orientare").activated(0);
   EXPECT_LT(screen.layout_of_pages().page().width, 600);
@@ -151,14 +124,28 @@ TEST_F(Raport, WritesPdfHtmlAndSpreadsheet) {
   EXPECT_THAT(sheet, HasSubstr("<f>SUBTOTAL(9,G5:G124)</f><v>12030</v>"));
 }
 
+TEST_F(Raport, NumbersWithoutAFormatStayNumbers) {
+  AddLines(1);
+  ui::RecordsetModel model(
+      {{.field = "Treime", .caption = QStringLiteral("Treime"), .format = ui::Format::kNumber}},
+      at.session.company.Query("SELECT Val_Fiscala/4 AS Treime FROM Intrastat"));
+  const ui::GridContent content{&model, {0}, QStringLiteral("Interogare")};
+  Frm_Raport screen(context, SubjectOf(at.session, content), nullptr);
+  EXPECT_EQ(screen.report().columns()[0].alignment, Alignment::kRight);
+  ASSERT_TRUE(screen.WriteXlsx("C:\\Declarix\\r.xlsx"));
+  EXPECT_THAT(Output("unzip", {"-p", Host("C:\\Declarix\\r.xlsx"), "xl/worksheets/sheet1.xml"}),
+              HasSubstr("<v>25.0625</v>"));
+}
+
 TEST_F(Raport, FailingAndCancelledExportsLeaveTheEarlierFile) {
   static constexpr char kPath[] = "C:\\Declarix\\r.out";
   AddLines(2);
   Frm_Raport screen(context, Declaration(kDetailed), nullptr);
   at.files().Replace(kPath, "vechi");
   at.machine.progress.cancelled = true;
-  for (int i = 0; i < 2; ++i) at.prompter().ExpectInfo("Exportul a fost oprit; fisierul nu a fost scris");
+  for (int i = 0; i < 3; ++i) at.prompter().ExpectInfo("Exportul a fost oprit; fisierul nu a fost scris");
   EXPECT_FALSE(screen.WritePdf(kPath));
+  EXPECT_FALSE(screen.WriteHtml(kPath));
   EXPECT_FALSE(screen.WriteXlsx(kPath));
   at.machine.progress.cancelled = false;
   at.files().refuses = [](std::string_view path) { return path == kPath; };
@@ -170,37 +157,66 @@ TEST_F(Raport, FailingAndCancelledExportsLeaveTheEarlierFile) {
   EXPECT_EQ(at.files().Read(kPath), "vechi");
 }
 
-TEST_F(Raport, AWrongDefinitionFileIsToldAndTheListStays) {
+TEST_F(Raport, FindsTextsThatAreWrappedBothWays) {
+  std::vector<std::vector<store::Value>> rows;
+  for (int i = 0; i < 200; ++i) {
+    rows.push_back(
+        {i, i % 100 == 50 ? "o descriere destul de lunga ca sa treaca pe randul urmator" : "scurt"});
+  }
+  Subject subject;
+  subject.title = "Lista";
+  subject.rows = std::make_shared<MemoryTable>(
+      std::vector<Table::Column>{{"Nr", "Nr", Format::kNumber}, {"Text", "Text"}}, std::move(rows));
+  at.files().Replace(at.session.settings.ReportDefinitionPath + "UE_Reports.xml",
+                     "<Reports><Report Id=\"L\" Title=\"Lista\" Orientation=\"Portrait\"><Column "
+                     "Field=\"Nr\"/><Column Field=\"Text\" Width=\"12\"/><Column Field=\"Text\" "
+                     "Width=\"400\" Caption=\"" +
+                         std::string(120, 'x') + "\"/></Report></Reports>");
+  Frm_Raport screen(context, subject, nullptr);
+  screen.show();
+  PageView& view = *screen.view();
+  const QString text = "destul de lunga ca sa treaca pe randul";
+  ASSERT_EQ(view.Find(text), PageView::Found::kFound);
+  const int first = view.current_page();
+  while (view.Find(text) == PageView::Found::kFound) continue;
+  EXPECT_EQ(view.current_page(), first) << "round again";
+  EXPECT_EQ(view.Find(text, -1), PageView::Found::kFromOtherEnd);
+  EXPECT_GT(view.current_page(), first);
+}
+
+TEST_F(Raport, AWrongDefinitionIsToldAndTheListIsPrintedAsItStands) {
   const std::string file = at.session.settings.ReportDefinitionPath + "UE_Reports.xml";
   tariff::Frm_Tabel list(context, {"SELECT [Tara_COD], [Tara_DESC] FROM Tari", "TARI -", {"COD", "TARA"}});
   context.preview_list = [this](const ui::GridContent& content, QWidget* parent) {
     PreviewList(context, content, parent);
   };
   list.show();
-  at.files().Replace(file, "<Reports><Report Id=\"X\"");
   at.prompter().AcceptAnything(true);
-  Click(list, "CmdTiparire");
-  EXPECT_THAT(at.prompter().seen().back(), HasSubstr(file + " nu este un XML corect"));
-  at.files().Replace(file,
-                     "<Reports><Report Id=\"X\" Title=\"REPORT - TARI -\"><Column Field=\"Lipsa\"/></Report>"
-                     "</Reports>");
-  Click(list, "CmdTiparire");
-  EXPECT_THAT(at.prompter().seen().back(), HasSubstr("raportul X: coloana Lipsa nu exista"));
+  const auto print = [&] {
+    QString title;
+    QTimer::singleShot(0, [&] {
+      QWidget* preview = QApplication::activeModalWidget();
+      ASSERT_NE(preview, nullptr);
+      title = preview->windowTitle();
+      QTest::keyClick(preview, Qt::Key_Escape);
+    });
+    Click(list, "CmdTiparire");
+    EXPECT_EQ(title, "REPORT - TARI -");
+  };
+  at.files().Replace(file, "<Reports>\r\n<Report Id=\"X\"");
+  print();
+  EXPECT_THAT(at.prompter().seen().back(), HasSubstr(file + " nu este un XML corect: linia 2, "));
+  at.files().Replace(
+      file,
+      "<Reports>\n\n<Report Id=\"X\" Title=\"REPORT - TARI -\"><Column Field=\"Lipsa\"/></Report></Reports>");
+  print();
+  EXPECT_THAT(at.prompter().seen().back(), HasSubstr("linia 3, raportul X: coloana Lipsa nu exista"));
+  const std::size_t told = at.prompter().seen().size();
   PreviewDeclaration(context, {"I", Installation::kCompany, 2026, 3}, true, &list);
   EXPECT_THAT(at.prompter().seen().back(), HasSubstr("nu are raportul Declaratie_Detaliat"));
-  EXPECT_TRUE(list.isVisible());
-  EXPECT_GT(list.grid()->grid_model()->Rows(), 200);
-  // Without a report of its own, a list is printed as it stands.
-  at.files().Replace(file, "<Reports/>");
-  QString title;
-  QTimer::singleShot(0, [&] {
-    QWidget* preview = QApplication::activeModalWidget();
-    ASSERT_NE(preview, nullptr);
-    title = preview->windowTitle();
-    QTest::keyClick(preview, Qt::Key_Escape);
-  });
-  Click(list, "CmdTiparire");
-  EXPECT_EQ(title, "REPORT - TARI -");
+  at.files().Replace(file, "<Reports/>");  // a list needs no report of its own
+  print();
+  EXPECT_EQ(at.prompter().seen().size(), told + 1);
 }
 
 TEST_F(Raport, ProblemsCarryTheirLinesInvoices) {
