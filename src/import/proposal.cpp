@@ -238,6 +238,11 @@ int Score(const std::vector<std::string>& heading, const std::vector<std::string
   return score >= kLeastScore ? score : 0;
 }
 
+/// What takes another one's column where it has none of its own: the statistical value starts out equal to
+/// the value in lei, and a delivery without a date is converted at the rate of its invoice.
+constexpr std::pair<std::string_view, std::string_view> kShared[] = {{"Val_Stat", "Val_Fiscala"},
+                                                                     {"DataReceptiei", "Factura_Data"}};
+
 }  // namespace
 
 std::string NormalisedHeading(std::string_view heading) {
@@ -291,15 +296,19 @@ std::vector<Proposal> ProposeColumns(const std::vector<SampleColumn>& columns,
                    [](const Match& a, const Match& b) { return a.score > b.score; });
   std::vector<bool> column_used(columns.size()), wanted_found(wanted.size());
   std::vector<Proposal> proposals;
-  int lei = 0;
   for (const Match& match : matches) {
     if (column_used[match.column] || wanted_found[match.wanted]) continue;
     column_used[match.column] = wanted_found[match.wanted] = true;
     proposals.push_back({wanted[match.wanted].Dest_ColumnName, columns[match.column].number});
-    if (wanted[match.wanted].Dest_ColumnName == "Val_Fiscala") lei = columns[match.column].number;
   }
-  for (std::size_t w = 0; lei > 0 && w < wanted.size(); ++w) {
-    if (!wanted_found[w] && wanted[w].Dest_ColumnName == "Val_Stat") proposals.push_back({"Val_Stat", lei});
+  const std::vector<Proposal> own = proposals;
+  for (std::size_t w = 0; w < wanted.size(); ++w) {
+    for (const auto& [name, other] : kShared) {
+      if (wanted_found[w] || wanted[w].Dest_ColumnName != name) continue;
+      for (const Proposal& each : own) {
+        if (each.Dest_ColumnName == other) proposals.push_back({wanted[w].Dest_ColumnName, each.number});
+      }
+    }
   }
   return proposals;
 }

@@ -22,8 +22,9 @@ struct Wanted {
 
 /// Finds columns by their headings, as bookkeeping programs word them in Romanian, English and German:
 /// without regard to case, diacritics, punctuation and word order, and with words cut short ("Cant.", "Val.
-/// fiscala"). Each column is given once, the best match first; prices and running numbers never. Where only
-/// one column holds a value in lei, it is also proposed as the statistical value, which starts out equal.
+/// fiscala"). Each column is given once, the best match first; prices and running numbers never. Only a value
+/// in lei is also proposed as the statistical value, and an invoice's date as that of the delivery, where
+/// these have no column of their own.
 std::vector<Proposal> ProposeColumns(const std::vector<SampleColumn>& columns,
                                      const std::vector<Wanted>& wanted);
 

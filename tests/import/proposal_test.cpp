@@ -91,6 +91,7 @@ TEST_F(ProposalTest, ReadsEnglishAndGermanHeadings) {
                                             "Delivery terms", "VAT number"})),
             (Map{{"Factura_Numar", 2},
                  {"Factura_Data", 3},
+                 {"DataReceptiei", 3},
                  {"Cod_NC", 4},
                  {"Descriere", 5},
                  {"Cantitate", 6},

@@ -12,6 +12,7 @@
 #include "import/screens/template_models.h"
 #include "import/template_rows.h"
 #include "platform/encoding.h"
+#include "ui/elided_label.h"
 #include "ui/grid.h"
 #include "ui/icons.h"
 #include "ui/list_screen.h"
@@ -175,7 +176,7 @@ void Frm_Macheta::AddGrids() {
   auto* column = new QVBoxLayout(beside);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(4);
-  sample_label_ = new QLabel(beside);
+  sample_label_ = new ui::ElidedLabel(20, beside);
   sample_label_->setObjectName(QStringLiteral("LblColoane"));
   sample_grid_ = new ui::Grid(context(), QStringLiteral("Macheta_Exemplu"), beside);
   sample_grid_->setObjectName(QStringLiteral("GridExemplu"));
@@ -352,7 +353,6 @@ void Frm_Macheta::ReadColumns(Telling telling) {
   const std::vector<SampleColumn> columns =
       reading.sample ? reading.sample->columns : std::vector<SampleColumn>();
   sample_label_->setText(Q(reading.sample ? reading.sample->label : reading.problem));
-  sample_label_->setToolTip(sample_label_->text());
   rows_->SetSample(columns);
   sample_->SetColumns(columns);
   findChild<QPushButton*>(QStringLiteral("CmdPropune"))->setEnabled(!columns.empty());
@@ -430,7 +430,7 @@ void Frm_Macheta::ShowPreview() {
   line_grid_->SetEmptyText(
       problem.isEmpty()
           ? QStringLiteral("Aici apar liniile facute din exemplu, indata ce o informatie are coloana ei.")
-          : QStringLiteral("Nu se pot face linii din fisierul exemplu: ") + problem);
+          : QStringLiteral("Din fisierul exemplu nu se pot face linii."));
 }
 
 bool Frm_Macheta::eventFilter(QObject* watched, QEvent* event) {
