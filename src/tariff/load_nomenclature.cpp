@@ -203,12 +203,13 @@ NomenclatureReading ReadNomenclature(std::string& xml) {
     reading.error = "este gol";
     return reading;
   }
-  const bool ended = text.ends_with('>');  // asked now: parsing writes over the text
+  // Asked now: parsing writes over the text.
+  const bool begun = text.substr(0, 4).find('<') != std::string_view::npos, ended = text.ends_with('>');
   pugi::xml_document document;
   const pugi::xml_parse_result parsed = document.load_buffer_inplace(xml.data(), xml.size());
   if (!parsed) {
     reading.error = fmt::format("nu este un fisier XML corect (octetul {} din {}){}", parsed.offset,
-                                xml.size(), ended ? "" : "; pare o descarcare intrerupta");
+                                xml.size(), begun && !ended ? "; pare o descarcare intrerupta" : "");
     return reading;
   }
   const pugi::xml_node root = document.document_element();

@@ -85,13 +85,14 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     if (!text.isEmpty()) {
       text.replace('\r', "").replace('\n', ' ');
       // Only as much as could ever fit: descriptions of the tariff run to thousands of characters.
-      if (text.size() > 4 * inner.width()) text.truncate(4 * inner.width());
+      const Qt::TextElideMode mode = column.ends_tell ? Qt::ElideMiddle : Qt::ElideRight;
+      if (mode == Qt::ElideRight && text.size() > 4 * inner.width()) text.truncate(4 * inner.width());
       painter->setFont(option.font);
       painter->setPen(paint.text);
       painter->drawText(inner,
                         int{Qt::AlignVCenter | Qt::TextSingleLine} |
                             int{RightAligned(column.format) ? Qt::AlignRight : Qt::AlignLeft},
-                        option.fontMetrics.elidedText(text, Qt::ElideRight, inner.width()));
+                        option.fontMetrics.elidedText(text, mode, inner.width()));
     }
   }
   if (!model.ProblemAt(index.row(), index.column()).isEmpty()) {

@@ -22,6 +22,7 @@ struct Column {
   bool editable = false;
   std::function<const CodeList*()> codes = {};  ///< look-up list of a code column
   bool names = false;                           ///< the list's descriptions are what the cell holds
+  bool ends_tell = false;  ///< texts alike at their begin: one too long loses its middle, not its end
 };
 
 /// What a Grid shows. Rows and columns are those of the screen, hidden columns included.

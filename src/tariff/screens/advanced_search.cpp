@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QShortcut>
 #include <QSplitter>
+#include <QTextBrowser>
 
 #include "tariff/screens/notes_pane.h"
 #include "tariff/search.h"
@@ -24,7 +25,7 @@ std::vector<ui::Column> TariffColumns() {
       {.field = "HS12_COD", .caption = QStringLiteral("Cod vamal"), .width = 13},
       {.field = "DATE_START", .caption = QStringLiteral("Data"), .format = ui::Format::kDate, .width = 10},
       {.field = "UM_SUPL", .caption = QStringLiteral("UM"), .width = 7},
-      {.field = "DESCRIERE", .caption = QStringLiteral("Descriere"), .width = 28}};
+      {.field = "DESCRIERE", .caption = QStringLiteral("Descriere"), .width = 28, .ends_tell = true}};
 }
 
 std::vector<ui::Column> DeclarationColumns() {
@@ -41,6 +42,16 @@ std::vector<ui::Column> DeclarationColumns() {
            .format = ui::Format::kAmount,
            .width = 15},
           {.field = "Descriere", .caption = QStringLiteral("Descriere"), .width = 40}};
+}
+
+QString WithoutDiacritics(QString text) {
+  constexpr const char16_t* kPairs[] = {u"\u0103a", u"\u00e2a", u"\u00eei", u"\u0219s",
+                                        u"\u015fs", u"\u021bt", u"\u0163t"};
+  for (const char16_t* pair : kPairs) {
+    text.replace(QChar(pair[0]), QChar(pair[1]));
+    text.replace(QChar(pair[0]).toUpper(), QChar(pair[1]).toUpper());
+  }
+  return text;
 }
 
 /// A view and, under it, what it says and what can be done with it.
@@ -62,6 +73,7 @@ QWidget* PartOf(QWidget* view, QLabel* status, ui::CommandRow* row, QWidget* par
 Frm_Cautare_Tarif::Frm_Cautare_Tarif(ui::Context& screen_context, QWidget* parent)
     : Screen(screen_context, QStringLiteral("Frm_Cautare_Tarif"), parent),
       expression_(new QLineEdit(this)),
+      description_(new QTextBrowser(this)),
       pane_(new NotesPane(this)) {
   setWindowTitle(QStringLiteral("Cautare avansata in tarif si declaratii"));
   SetFirstSize({1160, 700});
@@ -100,6 +112,7 @@ Frm_Cautare_Tarif::Frm_Cautare_Tarif(ui::Context& screen_context, QWidget* paren
   connect(tariff_.grid, &ui::Grid::CurrentRowChanged, this, [this] { ShowNotes(); });
   connect(declarations_.grid, &ui::Grid::Activated, this, [this] { Try([this] { OpenLine(); }); });
   notes_.Load(session().host, session().UnderSystem(kNotesFile));
+  ShowNotes();
   expression_->setFocus();
 }
 
@@ -126,6 +139,12 @@ void Frm_Cautare_Tarif::MakeLayout(QWidget* commands, QWidget* expression) {
   outer->addWidget(commands);
   outer->addWidget(expression);
   outer->addWidget(whole, 1);
+
+  std::vector<QWidget*> order = {expression_, tariff_.grid};
+  order.insert(order.end(), tariff_.commands.begin(), tariff_.commands.end());
+  order.insert(order.end(), {description_, pane_, copy_, declarations_.grid});
+  order.insert(order.end(), declarations_.commands.begin(), declarations_.commands.end());
+  for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
 }
 
 QWidget* Frm_Cautare_Tarif::MakeList(List& list, const QString& name, std::vector<ui::Column> columns) {
@@ -159,12 +178,21 @@ QWidget* Frm_Cautare_Tarif::MakeList(List& list, const QString& name, std::vecto
 
 QWidget* Frm_Cautare_Tarif::MakeNotes() {
   pane_->setObjectName(QStringLiteral("Note"));
-  pane_->setPlaceholderText(QStringLiteral("Aici apar notele explicative ale codului ales in tarif."));
   auto* row = new ui::CommandRow(this);
   copy_ = row->Add(QStringLiteral("CmdCopiaza"), QStringLiteral("Copiaza &nota"), QStringLiteral("copiaza"),
                    [this] { pane_->CopyAll(); });
   copy_->setEnabled(false);
-  return PartOf(pane_, new QLabel(this), row, this);
+  description_->setObjectName(QStringLiteral("DescriereCod"));
+  description_->setPlaceholderText(QStringLiteral("Aici apare descrierea intreaga a codului ales in tarif."));
+  description_->setTabChangesFocus(true);
+  description_->setFixedHeight(5 * description_->fontMetrics().lineSpacing() + 12);
+  auto* texts = new QWidget(this);
+  auto* layout = new QVBoxLayout(texts);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(4);
+  layout->addWidget(description_);
+  layout->addWidget(pane_, 1);
+  return PartOf(texts, new QLabel(this), row, this);
 }
 
 Frm_Cautare_Tarif::List& Frm_Cautare_Tarif::ActiveList() {
@@ -202,9 +230,7 @@ void Frm_Cautare_Tarif::Search(const QString& expression) {
     return;
   }
   searched_ = expression;
-  Show(tariff_, found->tariff, found->tariff_status,
-       session().tariff.is_open() ? QStringLiteral("Nici un cod al tarifului nu contine expresia.")
-                                  : QStringLiteral("Nici un tarif nu este deschis."));
+  Show(tariff_, found->tariff, found->tariff_status, NothingInTariff(expression));
   Show(declarations_, found->declarations, found->declarations_status,
        session().company.is_open() ? QStringLiteral("Nici o linie declarata nu contine expresia.")
                                    : QStringLiteral("Nici o firma nu este deschisa."));
@@ -228,9 +254,27 @@ void Frm_Cautare_Tarif::Show(List& list, const store::Recordset& rows, const std
   for (QPushButton* command : list.commands) command->setEnabled(list.rows->Rows() > 0);
 }
 
+QString Frm_Cautare_Tarif::NothingInTariff(const QString& expression) {
+  if (!session().tariff.is_open()) return QStringLiteral("Nici un tarif nu este deschis.");
+  const QString plain = WithoutDiacritics(expression);
+  if (plain != expression) {
+    return QStringLiteral(
+               "Nici un cod nu contine expresia. Tariful este scris fara diacritice: cautati \"%1\".")
+        .arg(plain);
+  }
+  return QStringLiteral(
+             "Nici un cod din %1 nu contine expresia. Descrierile amanuntite vin cu nomenclatorul "
+             "institutului: Tarif Vamal, Versiuni..., Incarca nomenclator.")
+      .arg(Q(platform::FileNameOf(session().tariff.path())));
+}
+
 void Frm_Cautare_Tarif::ShowNotes() {
   const int row = tariff_.grid->current_row();
-  constexpr int kCode = 1;  // HS12_COD
+  constexpr int kCode = 1, kDescription = 4;  // HS12_COD, DESCRIERE
+  description_->setPlainText(row < 0 ? QString() : tariff_.rows->TextAt(row, kDescription));
+  pane_->setPlaceholderText(row < 0
+                                ? QStringLiteral("Aici apar notele explicative ale codului ales in tarif.")
+                                : QStringLiteral("Codul ales nu are note explicative."));
   pane_->SetRtf(row < 0 ? std::string() : notes_.Rtf(tariff_.rows->ValueAt(row, kCode).ToText()));
   copy_->setEnabled(!pane_->rtf().empty());
 }

@@ -7,6 +7,7 @@
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QTextBrowser;
 
 namespace tariff {
 
@@ -43,6 +44,7 @@ class Frm_Cautare_Tarif : public ui::Screen {
 
   void Search(const QString& expression);
   void Show(List& list, const store::Recordset& rows, const std::string& status, const QString& nothing);
+  QString NothingInTariff(const QString& expression);
   void ShowNotes();
   void OpenLine();
 
@@ -50,6 +52,7 @@ class Frm_Cautare_Tarif : public ui::Screen {
   QString searched_;  ///< what the lists show
   QLineEdit* expression_;
   List tariff_, declarations_;
+  QTextBrowser* description_;  ///< of the tariff's current row, whole
   NotesPane* pane_;
   QPushButton* copy_ = nullptr;
 };

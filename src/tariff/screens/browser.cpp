@@ -14,8 +14,16 @@ using ui::Q;
 namespace {
 
 /// A section's or chapter's note follows code and description; where it is not read, the list has none.
-constexpr std::size_t kNote = 2;
+constexpr int kNote = 2;
 bool HasNotes(const Level& level) { return level.number <= 2; }
+
+/// From the headings down descriptions are long and alike but for their ends: the pane shows them whole.
+int DescriptionOf(const Level& level) {
+  for (int i = 0; i < static_cast<int>(level.headings.size()); ++i) {
+    if (!HasNotes(level) && level.headings[static_cast<std::size_t>(i)] == "DESCRIERE") return i;
+  }
+  return -1;
+}
 
 std::vector<ui::Column> ColumnsOf(const Level& level) {
   std::vector<ui::Column> columns;
@@ -24,6 +32,7 @@ std::vector<ui::Column> ColumnsOf(const Level& level) {
     ui::Column column;
     column.caption = Q(heading);
     column.width = heading == "DESCRIERE" ? 52 : heading == "COD 12" ? 16 : 10;
+    column.ends_tell = heading == "DESCRIERE";
     columns.push_back(std::move(column));
   }
   if (HasNotes(level)) {
@@ -69,7 +78,7 @@ Frm_Tarif::Frm_Tarif(ui::Context& screen_context, const Level& level, QWidget* p
   note_ = new QTextBrowser(this);
   note_->setObjectName(QStringLiteral("Note"));
   note_->setTabChangesFocus(true);
-  AddBelowGrid(note_, 110);
+  AddBelowGrid(note_, 70);
   connect(grid(), &ui::Grid::Activated, this, [this] { Try([this] { DrillDown(); }); });
   connect(grid(), &ui::Grid::CurrentRowChanged, this, [this] { ShowNote(); });
 
@@ -110,10 +119,11 @@ void Frm_Tarif::Show(View view, const store::Recordset& rows) {
 
 void Frm_Tarif::ShowNote() {
   const int row = grid()->current_row();
-  QString text;
-  if (row >= 0 && HasNotes(*view_.level)) text = Q(model_->ValueAt(row, kNote).ToText());
+  const int description = DescriptionOf(*view_.level);
+  const int column = HasNotes(*view_.level) ? kNote : description;
+  const QString text = row < 0 ? QString() : Q(model_->ValueAt(row, column).ToText());
   note_->setPlainText(text);
-  note_->setVisible(!text.trimmed().isEmpty());
+  note_->setVisible(description >= 0 || !text.trimmed().isEmpty());
 }
 
 std::string Frm_Tarif::CodeAt(int row) const { return row < 0 ? "" : model_->ValueAt(row, 0).ToText(); }

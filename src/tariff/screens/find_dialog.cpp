@@ -35,8 +35,9 @@ Frm_Cautare::Frm_Cautare(ui::Context& screen_context, FindRequest request, QWidg
       options_(new QButtonGroup(this)),
       hint_(new QLabel(this)) {
   setWindowTitle(QStringLiteral("Cautare in lista"));
-  AddText(QStringLiteral("TxtExpresie"), QStringLiteral("&Expresia de cautat"), 44,
-          QStringLiteral("Literele mari si mici sunt tot una; apostroful nu poate fi cautat"), Kind::kFree);
+  QLineEdit* expression = AddText(
+      QStringLiteral("TxtExpresie"), QStringLiteral("&Expresia de cautat"), 44,
+      QStringLiteral("Literele mari si mici sunt tot una; apostroful nu poate fi cautat"), Kind::kFree);
   MarkRequired(QStringLiteral("TxtExpresie"));
   column_->setObjectName(QStringLiteral("Combo_Coloana"));
   for (const FindRequest::Column& each : request_.columns) column_->addItem(each.caption.trimmed());
@@ -68,6 +69,9 @@ Frm_Cautare::Frm_Cautare(ui::Context& screen_context, FindRequest request, QWidg
   hint_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   AddWide(hint_);
   SetButtons(QStringLiteral("C&auta"), [this] { Find(); });
+  setTabOrder(expression, column_);  // made before it
+  setTabOrder(column_, options_->button(1));
+  FocusField(QStringLiteral("TxtExpresie"));
 
   connect(options_, &QButtonGroup::idClicked, this, [this] { ShowHint(); });
   const int last = context().memory.Get(objectName(), QStringLiteral("optiune")).toInt();

@@ -106,7 +106,7 @@ void Frm_Tarif_Versiuni::Load() {
   if (session().host.files.Exists(path) &&
       !session().host.prompter.Ask(
           fmt::format("Tariful anului {} exista: {}\r\nIl inlocuiti cu cel din fisierul {} ?", form.year(),
-                      path, form.file()),
+                      TariffFileName(form.year()), platform::FileNameOf(form.file())),
           "RASPUNDETI", platform::Icon::kQuestion)) {
     return;
   }
@@ -149,8 +149,13 @@ Frm_Tarif_Incarcare::Frm_Tarif_Incarcare(ui::Context& screen_context,
     : Form(screen_context, QStringLiteral("Frm_Tarif_Incarcare"), parent),
       choose_file_(std::move(choose_file)) {
   setWindowTitle(QStringLiteral("Incarcare nomenclator"));
-  AddText(QStringLiteral("TxtFisier"), QStringLiteral("&Fisier XML"), 48,
-          QStringLiteral("Nomenclatura combinata, asa cum o publica institutul"), Kind::kFree);
+  QLineEdit* file =
+      AddText(QStringLiteral("TxtFisier"), QStringLiteral("&Fisier XML"), 60,
+              QStringLiteral("Nomenclatura combinata, asa cum o publica institutul"), Kind::kFree);
+  file->setMinimumWidth(file->maximumWidth());
+  connect(file, &QLineEdit::editingFinished, this, [this] {
+    if (Text(QStringLiteral("TxtAnul")).trimmed().isEmpty()) ProposeYear();
+  });
   auto* browse = new QPushButton(QStringLiteral("&Alege..."), this);
   browse->setObjectName(QStringLiteral("CmdAlege"));
   browse->setAutoDefault(false);
@@ -173,11 +178,15 @@ void Frm_Tarif_Incarcare::Browse() {
   const std::string path = choose_file_();
   if (path.empty()) return;
   SetText(QStringLiteral("TxtFisier"), Q(path));
+  ProposeYear();
+  FocusField(QStringLiteral("TxtAnul"));
+}
+
+void Frm_Tarif_Incarcare::ProposeYear() {
   // "CN_2024.xml" tells its year.
   static const QRegularExpression kYearInName(QStringLiteral("(?<!\\d)(?:19|20)\\d\\d(?!\\d)"));
-  const QRegularExpressionMatch match = kYearInName.match(Q(platform::FileNameOf(path)));
+  const QRegularExpressionMatch match = kYearInName.match(Q(platform::FileNameOf(file())));
   if (match.hasMatch()) SetText(QStringLiteral("TxtAnul"), match.captured());
-  FocusField(QStringLiteral("TxtAnul"));
 }
 
 void Frm_Tarif_Incarcare::Confirm() {

@@ -46,6 +46,7 @@ class Frm_Tarif_Incarcare : public ui::Form {
 
  private:
   void Browse();
+  void ProposeYear();  ///< from the file's name
   void Confirm();
   Frm_Tarif_Versiuni::FileChooser choose_file_;
 };

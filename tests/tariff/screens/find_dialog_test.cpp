@@ -78,6 +78,8 @@ TEST(FindDialog, ShowsAHintForEachOptionAndNeedsAnExpression) {
       at.context,
       {&at.at.session.common, "SELECT Tara_COD FROM Tari", {{"Tara_COD", QStringLiteral("COD")}}, 0});
   dialog.show();
+  EXPECT_EQ(dialog.focusWidget()->objectName(), "TxtExpresie");
+  EXPECT_EQ(dialog.focusWidget()->nextInFocusChain()->objectName(), "Combo_Coloana");
   EXPECT_EQ(at.Get<QLabel>(dialog, "LblIndicatie").text(),
             "Returneaza inregistrarile care CONTIN cu expresia de cautat");
   at.Get<QRadioButton>(dialog, "Optiune4").click();

@@ -60,20 +60,19 @@ TEST(Versions, LoadsAYearAndLaysItsRowOut) {
 
 TEST(Versions, AsksBeforeReplacingAndTellsOfAnotherVersion) {
   Versions on(Installation::State::kCompanyOpen);
-  const std::string question =
-      fmt::format("Tariful anului 2026 exista: {}\r\nIl inlocuiti cu cel din fisierul {} ?",
-                  Installation::InDataBase("CN\\CN_2026.mdb"), kFile);
-  on.at.at.prompter().ExpectQuestion(question, "RASPUNDETI", platform::Icon::kQuestion, false);
+  constexpr char kReplace[] =
+      "Tariful anului 2026 exista: CN_2026.mdb\r\nIl inlocuiti cu cel din fisierul CN_2025.xml ?";
+  on.at.at.prompter().ExpectQuestion(kReplace, "RASPUNDETI", platform::Icon::kQuestion, false);
   Load(on.screen, QStringLiteral("2026"));
   EXPECT_FALSE(on.screen.loaded());
-  on.at.at.prompter().ExpectQuestion(question, "RASPUNDETI", platform::Icon::kQuestion, true);
+  on.at.at.prompter().ExpectQuestion(kReplace, "RASPUNDETI", platform::Icon::kQuestion, true);
   constexpr char kOther[] =
       "Fisierul spune ca este versiunea 2025, nu 2026. Il incarcati ca tarif al anului 2026 ?";
   on.at.at.prompter().ExpectQuestion(kOther, "RASPUNDETI", platform::Icon::kQuestion, false);
   Load(on.screen, QStringLiteral("2026"));
   EXPECT_FALSE(on.screen.loaded());
   EXPECT_GT(on.at.at.Get("SELECT COUNT(*) FROM HS8").ToInteger(), 1);
-  on.at.at.prompter().ExpectQuestion(question, "RASPUNDETI", platform::Icon::kQuestion, true);
+  on.at.at.prompter().ExpectQuestion(kReplace, "RASPUNDETI", platform::Icon::kQuestion, true);
   on.at.at.prompter().ExpectQuestion(kOther, "RASPUNDETI", platform::Icon::kQuestion, true);
   Load(on.screen, QStringLiteral("2026"));
   EXPECT_TRUE(on.screen.loaded());
