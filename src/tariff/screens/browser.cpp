@@ -110,7 +110,7 @@ void Frm_Tarif::Show(View view, const store::Recordset& rows) {
     SetModel(model_);
     delete before;
   }
-  if (model_->Rows() > 0) grid()->SelectRow(0, 0);
+  if (model_->Rows() > 0) grid()->SelectRow(0, same_level ? -1 : 0);  // the next search is in this column too
   ShowStatus(view_.place.isEmpty() ? QString() : QStringLiteral("In: ") + view_.place);
   ShowTotals(Q(platform::FileNameOf(session().tariff.path())));
   ShowNote();

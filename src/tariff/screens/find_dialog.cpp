@@ -2,6 +2,7 @@
 
 #include <QButtonGroup>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -78,6 +79,19 @@ Frm_Cautare::Frm_Cautare(ui::Context& screen_context, FindRequest request, QWidg
   options_->button(last >= 1 && last <= 4 ? last : int{static_cast<int>(FindOption::kContains)})
       ->setChecked(true);
   ShowHint();
+}
+
+/// The expression is all that a search needs: Enter there searches at once.
+bool Frm_Cautare::eventFilter(QObject* watched, QEvent* event) {
+  const auto* line = qobject_cast<QLineEdit*>(watched);
+  if (line != nullptr && event->type() == QEvent::KeyPress && !line->text().isEmpty()) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+      confirm_button()->click();
+      return true;
+    }
+  }
+  return Form::eventFilter(watched, event);
 }
 
 FindOption Frm_Cautare::option() const { return static_cast<FindOption>(options_->checkedId()); }

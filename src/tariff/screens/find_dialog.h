@@ -39,6 +39,9 @@ class Frm_Cautare : public ui::Form {
   const store::Recordset& rows() const { return rows_; }
   QString summary() const;  ///< what was searched for, for the list's status line
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   FindOption option() const;
   void ShowHint();

@@ -89,6 +89,10 @@ TEST(FindDialog, ShowsAHintForEachOptionAndNeedsAnExpression) {
   at.at.prompter().ExpectError("Expresia de cautat  -  Obligatoriu de completat !");
   ScreenFixture::Click(dialog, "CmdOK");
   EXPECT_TRUE(dialog.isVisible());
+  ScreenFixture::Type(dialog, "TxtExpresie", "R+O");
+  QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(dialog.rows()[0].ToText(), "RO");
   EXPECT_EQ(test_support::SharedMnemonics(dialog), std::vector<std::string>());
 }
 
