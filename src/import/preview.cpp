@@ -95,7 +95,7 @@ void Preview::Open(std::string_view path, std::string_view sheet) {
   try {
     auto source = std::make_unique<store::Connection>(SourceEnvironment(*session_));
     source->Open(store::ImportSheetString(path));
-    headings_ = Headings(*source, sheet_);
+    headings_ = Headings(*source, path, sheet_);
     source_ = std::move(source);
   } catch (const store::Error& error) {
     problem_ = error.description();

@@ -155,12 +155,24 @@ bool TemplateDraft::Save() {
     return false;
   }
   try {
-    if (!Store()) return false;
+    if (!NameIsFree() || !Store()) return false;
   } catch (const store::Error& error) {
     session_->host.prompter.Error(error.description());
     return false;
   }
   return Open(header.Nume_Structura);
+}
+
+bool TemplateDraft::NameIsFree() {
+  const std::string& name = header.Nume_Structura;
+  if (store::IsEmpty(name)) return true;  // asked for with the other required fields
+  if (name.find('\'') != std::string::npos) {
+    session_->host.prompter.Error("Numele machetei nu poate contine apostrof: " + name);
+    return false;
+  }
+  if (platform::EqualsNoCase(name, opened_name_) || !TemplateEditor(*session_).Open(name)) return true;
+  session_->host.prompter.Error("Exista deja macheta: " + name);
+  return false;
 }
 
 bool TemplateDraft::Store() {

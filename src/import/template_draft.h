@@ -63,6 +63,7 @@ class TemplateDraft {
   bool Save();
 
  private:
+  bool NameIsFree();  ///< and can stand in a statement; shown where it is not
   bool Store();
   std::optional<int> WholeAboveZero(std::string_view typed, std::string_view what);
 

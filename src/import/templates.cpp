@@ -114,7 +114,7 @@ SampleReading TrySample(session::Session& session, std::string_view path, std::s
   try {
     store::Connection source(SourceEnvironment(session));
     source.Open(store::SampleSheetString(path));
-    const store::Recordset rows = source.Query("SELECT TOP 2 * FROM [" + name + "$]");
+    const store::Recordset rows = QueryFirst(source, path, name, 2);
     Sample sample;
     for (int i = 0; i < rows.field_count(); ++i) {
       sample.columns.push_back({i + 1, rows.field(i).name, rows.eof() ? store::Value() : rows.Get(i)});

@@ -23,12 +23,13 @@ std::vector<ColumnRule> ReadRules(store::Connection& company, std::string_view N
   return rules;
 }
 
+bool IsUsed(const ColumnRule& rule) { return rule.Exista_Coloana || !store::IsEmpty(rule.Valoare_Implicita); }
+
 /// Names the first column of the template that fails by itself; empty where each alone is fine.
 std::string WrongRule(store::Connection& source, const std::vector<ColumnRule>& rules,
                       const std::vector<std::string>& headings, std::string_view sheet) {
   for (const ColumnRule& rule : rules) {
-    const bool used = rule.Exista_Coloana || !store::IsEmpty(rule.Valoare_Implicita);
-    if (!used) continue;
+    if (!IsUsed(rule)) continue;
     try {
       source.Query(BuildSelect({rule}, headings, sheet).statement);
     } catch (const store::Error& error) {
@@ -36,6 +37,15 @@ std::string WrongRule(store::Connection& source, const std::vector<ColumnRule>& 
     }
   }
   return "";
+}
+
+/// The sheets' names without the driver's "$".
+std::vector<std::string> SheetsOf(store::Connection& source) {
+  std::vector<std::string> names;
+  for (const store::SchemaTable& table : source.Tables()) {
+    names.push_back(table.name.substr(0, table.name.rfind('$')));
+  }
+  return names;
 }
 
 /// A reason that tells which file it is about.
@@ -66,17 +76,29 @@ SheetList ReadSheetList(session::Session& session, std::string_view path) {
   try {
     store::Connection source(SourceEnvironment(session));
     source.Open(store::SampleSheetString(path));
-    for (const store::SchemaTable& table : source.Tables()) {
-      list.names.push_back(table.name.substr(0, table.name.rfind('$')));
-    }
+    list.names = SheetsOf(source);
   } catch (const store::Error& error) {
     list = {{}, NamingFile(error.description(), path)};
   }
   return list;
 }
 
-std::vector<std::string> Headings(store::Connection& source, std::string_view sheet) {
-  const store::Recordset heading_row = source.Query("SELECT TOP 1 * FROM [" + std::string(sheet) + "$]");
+store::Recordset QueryFirst(store::Connection& source, std::string_view path, std::string_view sheet,
+                            int rows) {
+  try {
+    return source.Query("SELECT TOP " + std::to_string(rows) + " * FROM [" + std::string(sheet) + "$]");
+  } catch (const store::Error& error) {
+    if (error.number() != store::kNoSuchTable) throw;
+    std::string names;
+    for (const std::string& name : SheetsOf(source)) names += (names.empty() ? "" : ", ") + name;
+    throw store::Error(
+        error.number(), error.source(),
+        fmt::format("Fisierul {} nu are foaia \"{}\"; foile lui sunt: {}", path, sheet, names));
+  }
+}
+
+std::vector<std::string> Headings(store::Connection& source, std::string_view path, std::string_view sheet) {
+  const store::Recordset heading_row = QueryFirst(source, path, sheet, 1);
   std::vector<std::string> headings;
   headings.reserve(static_cast<std::size_t>(heading_row.field_count()));
   for (int i = 0; i < heading_row.field_count(); ++i) headings.push_back(heading_row.field(i).name);
@@ -113,10 +135,11 @@ Worksheet OpenWorksheet(session::Session& session, std::string_view path, std::s
   try {
     store::Connection source(SourceEnvironment(session));
     source.Open(store::ImportSheetString(path));
-    const std::vector<std::string> headings = Headings(source, sheet);
+    const std::vector<std::string> headings = Headings(source, path, sheet);
     const std::vector<ColumnRule> rules = ReadRules(session.company, Nume_Structura);
-    if (rules.empty()) {
-      result.problem = "Macheta " + std::string(Nume_Structura) + " nu are nicio coloana";
+    if (std::none_of(rules.begin(), rules.end(), IsUsed)) {
+      result.problem = "Macheta " + std::string(Nume_Structura) +
+                       " nu are nicio coloana bifata si nicio valoare implicita";
       return result;
     }
     result = ReadThrough(source, sheet, headings, rules);

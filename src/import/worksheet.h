@@ -16,8 +16,12 @@ struct Worksheet {
   std::string problem;  ///< why it could not be read, naming file, sheet or column; empty when it was
 };
 
-/// Column names of a sheet, as its first row has them. Throws store::Error.
-std::vector<std::string> Headings(store::Connection& source, std::string_view sheet);
+/// The first rows of a sheet of an open file. Throws store::Error, which names the file's sheets where it has
+/// no such one.
+store::Recordset QueryFirst(store::Connection& source, std::string_view path, std::string_view sheet,
+                            int rows);
+/// Column names of a sheet, as its first row has them. Throws as QueryFirst.
+std::vector<std::string> Headings(store::Connection& source, std::string_view path, std::string_view sheet);
 
 /// Reads a sheet of an open file through column rules, all rows or the first `top`. Throws store::Error where
 /// no single rule is to blame.

@@ -98,7 +98,7 @@ TEST_F(ImportRun, StopsOnAnApostropheInThePath) {
   SaveCodes({"84713000"}, path);
   importer::Inputs inputs = Inputs();
   inputs.path = path;
-  prompter().ExpectStarting("Eroare nr: ", "EROARE", Icon::kCritical);
+  prompter().ExpectError("Numele fisierului si al folderului nu pot contine apostrof : " + path);
   EXPECT_EQ(importer::Run(session(), inputs).outcome, Outcome::kRefused);
   EXPECT_EQ(Lines(), 0);
 }
@@ -142,7 +142,7 @@ TEST_F(ImportRun, TakesATemplateThatDoesNotFitForAnUnreadableSheet) {
 
   CreateTemplate("Goala", "LIVRARE");
   at_.Run("UPDATE StructuraFisiereContinut SET Valoare_Implicita=Null WHERE Nume_Structura='Goala'");
-  ExpectUnreadable();
+  ExpectUnreadable("Macheta Goala nu are nicio coloana bifata");
   EXPECT_EQ(importer::Run(session(), Inputs("Goala", "O-LIVRARE")).outcome, Outcome::kRefused);
 }
 

@@ -53,6 +53,10 @@ TEST_F(Draft, StoresOnlyWhenSaved) {
   prompter().ExpectStarting("", "EROARE", platform::Icon::kCritical);
   EXPECT_FALSE(draft_.Save());
   EXPECT_EQ(at_.Get("SELECT Work_Sheet_Name FROM StructuraFisiereAntet"), store::Value("Sheet1"));
+  TemplateDraft other(session());
+  other.header = {"intrari ue", "LIVRARE", "", "", ""};
+  prompter().ExpectError("Exista deja macheta: intrari ue");
+  EXPECT_FALSE(other.Save());
   draft_.SetDefault(Row("Moneda"), "EUR");
   EXPECT_TRUE(draft_.Save()) << "a failed save does not stand in the way of the next";
 }
@@ -145,7 +149,7 @@ TEST_F(PreviewTest, SaysWhyThereIsNone) {
   draft_.SetDefault(Row("Net"), "1 +");
   EXPECT_TRUE(Read().problem.starts_with("In macheta, coloana Net: ")) << Read().problem;
   preview_.Open(kPath, "Alta");
-  EXPECT_EQ(Read().problem, "Nu exista 'Alta$' in C:\\Foi\\martie.xls; exista: Sheet1$");
+  EXPECT_EQ(Read().problem, "Fisierul C:\\Foi\\martie.xls nu are foaia \"Alta\"; foile lui sunt: Sheet1");
   files().Replace("C:\\Foi\\text.xls", "nu este o foaie");
   preview_.Open("C:\\Foi\\text.xls", "");
   EXPECT_NE(Read().problem.find("C:\\Foi\\text.xls"), std::string::npos) << Read().problem;

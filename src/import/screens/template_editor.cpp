@@ -274,9 +274,9 @@ void Frm_Macheta::Save() {
     if (draft_.header.TIP.empty()) return FocusField(QStringLiteral("TIP"));
     if (const auto row = draft_.IncompleteRow()) {
       row_grid_->SelectRow(static_cast<int>(*row), TemplateRowModel::kNumber);
-      row_grid_->setFocus();
+      return row_grid_->setFocus();
     }
-    return;
+    return FocusField(QStringLiteral("Nume_Structura"));
   }
   stored_name_ = draft_.header.Nume_Structura;
   ShowHeader();
