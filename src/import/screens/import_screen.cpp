@@ -178,6 +178,10 @@ void Frm_Preluare::TakeFile(const std::string& path) {
   const SheetList sheets = OfferSheets(session(), *sheet_, path);
   state_->setText(path.empty() ? QString() : Q(sheets.problem));
   FitSheet();
+  if (sheets.problem.empty() && path.find('\'') != std::string::npos) {
+    state_->setText(
+        QStringLiteral("Un fisier cu apostrof in nume sau in folder nu poate fi preluat; redenumiti-l."));
+  }
 }
 
 void Frm_Preluare::FitSheet() {
