@@ -419,11 +419,15 @@ void Form::changeEvent(QEvent* event) {
 }
 
 void Form::MoveOn() {
+  // Asked for before moving: a button that gets the focus becomes the default one for that time.
+  const QWidget* last = confirm_;
+  for (const QPushButton* button : findChildren<QPushButton*>()) {
+    if (button->isDefault() && button->isVisible() && button->isEnabled()) last = button;
+  }
   for (std::size_t i = 0; i <= fields_.size(); ++i) {  // a helping button may stand behind each
     focusNextChild();
     QWidget* next = focusWidget();
-    if (next == confirm_ || FieldOf(next) != nullptr || qobject_cast<QAbstractButton*>(next) == nullptr)
-      return;
+    if (next == last || FieldOf(next) != nullptr || qobject_cast<QAbstractButton*>(next) == nullptr) return;
   }
 }
 

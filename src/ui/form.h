@@ -97,7 +97,8 @@ class Form : public Screen {
 
  private:
   QGridLayout* section();
-  void MoveOn();  ///< to the next field or the confirm button; helping buttons are for Tab and the mouse
+  /// To the next field or the button that Enter presses; helping buttons are for Tab and the mouse.
+  void MoveOn();
   void AddRow(const QString& name, const QString& label, QWidget* field);
   void Watch(QWidget* field, const QString& help);
   QWidget* FieldOf(QObject* watched) const;
