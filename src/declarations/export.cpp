@@ -1,5 +1,6 @@
 #include "declarations/export.h"
 
+#include "tariff/codes.h"
 #include "tariff/lookup.h"
 
 namespace declarations {
@@ -130,6 +131,20 @@ CodeVersions ReadCodeVersions(session::Session& session, const Identity& identit
   return versions;
 }
 
+void LookAtPlaces(session::Session& session, const Header& header, Review& review) {
+  if (!header.Check_Dec_Tert) return;
+  const auto look = [&](const char* where, const std::string& code, const char* list) {
+    if (store::IsEmpty(code)) return;
+    store::PassOver(session.host.errors, kLogName, [&] {
+      store::Recordset rows = session.company.Query(list);
+      while (!rows.eof() && rows.Get(0).ToText() != code) rows.MoveNext();
+      if (rows.eof()) review.UnknownPlace(where, code);
+    });
+  };
+  look("TXT_Judet_Dec", header.TXT_Judet_Dec, tariff::kCountiesList);
+  look("TXT_Oras_Dec", header.TXT_Oras_Dec, tariff::kTownsList);
+}
+
 std::string OutputFolder(session::Session& session, const ExportCallbacks& callbacks) {
   // Reading makes an empty setting "\".
   const std::string& set = session.settings.DirectorSalvare;
@@ -159,14 +174,14 @@ ExportResult Finish(session::Session& session, const std::string& path, std::str
 ExportResult ExportDeclaration(session::Session& session, ExportRequest& request,
                                const ExportCallbacks& callbacks) {
   const Identity& identity = request.identity;
-  std::string problems;
+  std::string report;
   if (!calc::Verifica_Declaratie(session, identity.TIP, static_cast<std::int16_t>(identity.Anul),
                                  static_cast<std::int16_t>(identity.Luna), request.Check_ValStatistica,
-                                 callbacks.show_problems, &problems)) {
-    return {ExportOutcome::kProblems, "", std::move(problems)};
+                                 callbacks.show_problems, &report)) {
+    return {ExportOutcome::kProblems, "", std::move(report)};
   }
   const std::string folder = OutputFolder(session, callbacks);
-  if (folder.empty()) return {ExportOutcome::kNoFolder, ""};
+  if (folder.empty()) return {ExportOutcome::kNoFolder, "", std::move(report)};
 
   Header& header = request.header;
   const Kind kind = KindOf(request.Combo_Tip);
@@ -181,11 +196,14 @@ ExportResult ExportDeclaration(session::Session& session, ExportRequest& request
   writer.DeclarationHeader(header, "-12T12:10:10.625+02:00");
   review.LookAt(versions);
   review.LookAt(header);
+  LookAtPlaces(session, header, review);
   WriteItems(session, request, writer, review);
   if (writer.item_count() == 0 && kind == Kind::kNew) review.NoItems();
   writer.CloseRoot();
   const std::string path = folder + DeclarationFileName(header.TXT_CodFiscal, identity, kind);
-  return Finish(session, path, writer.text(), review.findings(), callbacks);
+  ExportResult result = Finish(session, path, writer.text(), review.findings(), callbacks);
+  result.report = std::move(report);
+  return result;
 }
 
 }  // namespace declarations

@@ -41,8 +41,8 @@ enum class ExportOutcome {
 
 struct ExportResult {
   ExportOutcome outcome = ExportOutcome::kFailed;
-  std::string path;           ///< Windows path, where written
-  std::string problems = {};  ///< the checker's report, where it refused
+  std::string path;         ///< Windows path, where written
+  std::string report = {};  ///< the checker's; empty where it was not run
 };
 
 /// Checks a declaration of the open company and writes its file. The company name in the request's header
@@ -60,6 +60,9 @@ std::string ItemQuery(const Identity& identity, bool detailed);
 
 /// The version row of the period, as the common database holds it; empty where there is none.
 CodeVersions ReadCodeVersions(session::Session& session, const Identity& identity);
+
+/// Looks up the county and town codes of the declaring agent's address.
+void LookAtPlaces(session::Session& session, const Header& header, Review& review);
 
 /// The folder for declaration files, asking for one where none is set; "" after having said so.
 std::string OutputFolder(session::Session& session, const ExportCallbacks& callbacks);

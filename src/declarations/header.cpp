@@ -49,6 +49,18 @@ std::string* HeaderField(Header& header, std::string_view name) {
   return field == nullptr ? nullptr : &(header.*field->member);
 }
 
+bool IsAgentField(std::string_view name) {
+  const Field* field = FindField(name);
+  return field != nullptr && field->of_agent;
+}
+
+void CopyDeclaringAgent(const Header& from, Header& to) {
+  to.Check_Dec_Tert = from.Check_Dec_Tert;
+  for (const Field& field : kFields) {
+    if (field.of_agent) to.*field.member = from.*field.member;
+  }
+}
+
 EditorDefaults ReadEditorDefaults(session::Session& session) {
   EditorDefaults defaults;
   Header& header = defaults.header;
@@ -67,9 +79,9 @@ EditorDefaults ReadEditorDefaults(session::Session& session) {
   return defaults;
 }
 
-void ReadDeclaringAgent(session::Session& session, Header& header) {
+bool ReadDeclaringAgent(session::Session& session, Header& header) {
   const std::string path = AgentFile(session);
-  if (!session.host.files.Exists(path)) return;
+  if (!session.host.files.Exists(path)) return true;
   try {
     for (const std::string& line : platform::SplitLines(session.host.files.Read(path))) {
       const std::size_t equals = line.find('=');
@@ -77,12 +89,18 @@ void ReadDeclaringAgent(session::Session& session, Header& header) {
       const Field* field = FindField(std::string_view(line).substr(0, equals));
       if (field != nullptr && field->of_agent) header.*field->member = line.substr(equals + 1);
     }
+    return true;
   } catch (const platform::FileError& error) {
     session.host.errors.Write("Frm_INTRASTAT.txt", error.what());
+    return false;
   }
 }
 
-void WriteDeclaringAgent(session::Session& session, const Header& header) {
+bool KeepDeclaringAgent(session::Session& session, const Header& header, const Header& as_read) {
+  const bool same = std::all_of(std::begin(kFields), std::end(kFields), [&](const Field& field) {
+    return !field.of_agent || header.*field.member == as_read.*field.member;
+  });
+  if (same) return true;
   std::string text;
   for (const Field& field : kFields) {
     if (!field.of_agent) continue;
@@ -95,8 +113,13 @@ void WriteDeclaringAgent(session::Session& session, const Header& header) {
   try {
     session.host.files.CreateFolders(session.UnderSystem("Default\\"));
     session.host.files.Replace(AgentFile(session), text);
+    return true;
   } catch (const platform::FileError& error) {
     session.host.errors.Write("Frm_INTRASTAT.txt", error.what());
+    session.host.prompter.Error(
+        std::string("Datele declarantului tert nu s-au putut pastra pentru data viitoare.\r\n") +
+        error.what());
+    return false;
   }
 }
 

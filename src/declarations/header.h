@@ -35,10 +35,17 @@ struct EditorDefaults {
 /// Reads the current company's row of the register. The contact person stands in TXT_Nume_Prenume as a whole.
 EditorDefaults ReadEditorDefaults(session::Session& session);
 
+/// Whether a field of that name tells of the declaring agent.
+bool IsAgentField(std::string_view name);
+/// The switch and the fields of the declaring agent.
+void CopyDeclaringAgent(const Header& from, Header& to);
+
 /// The declaring agent's fields as last used: "Default\Frm_INTRASTAT.txt" of the system folder, one
-/// "name=value" line a field. Reading a missing file changes nothing; unreadable and unwritable files are
+/// "name=value" line a field. A missing file changes nothing. False where the file cannot be read, which is
 /// logged.
-void ReadDeclaringAgent(session::Session& session, Header& header);
-void WriteDeclaringAgent(session::Session& session, const Header& header);
+bool ReadDeclaringAgent(session::Session& session, Header& header);
+/// Keeps the fields for the next use where they differ from those read before (`as_read`), so that a file
+/// which could not be read is not replaced by blanks. A file that cannot be written is shown; false.
+bool KeepDeclaringAgent(session::Session& session, const Header& header, const Header& as_read);
 
 }  // namespace declarations

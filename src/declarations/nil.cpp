@@ -79,6 +79,7 @@ ExportResult WriteNilDeclaration(session::Session& session, const Identity& iden
   Review review;
   review.LookAt(versions);
   review.LookAt(header);
+  LookAtPlaces(session, header, review);
   const store::Value lines = session.company.Scalar("SELECT COUNT(*) FROM Intrastat" + EditorFilter(identity))
                                  .value_or(store::Value());
   if (lines.ToInteger() > 0) review.HasLines(lines.ToInteger());

@@ -19,8 +19,8 @@ struct EditorOpening {
   Identity identity;
   bool modify = false;  ///< the declaration has lines already
   std::string title;    ///< "Modificare Declaratie : I - 2026 / 3"
-  /// The dialog named a declaring agent, whose data stand in the file of last-used values.
-  bool Check_Dec_Tert = false;
+  /// The declaring agent that the dialog named (its switch and fields); without one, the last used.
+  std::optional<Header> agent;
   std::int64_t Record_ID = 0;  ///< the line to begin at; 0: none in particular
 };
 

@@ -101,6 +101,13 @@ void Review::LookAt(const Item& item, int order, bool with_statistical_value, bo
   if (with_statistical_value) whole_above_0("Val_Stat", "valoarea statistica", item.Val_Stat1);
   whole_above_0("Net", "masa neta", item.Net1);
   if (!store::IsEmpty(item.Cod_UMS)) whole_above_0("Val_UMS", "cantitatea suplimentara", item.Val_UMS1);
+  // Codes that only partners have; the checker takes them for countries too.
+  const std::pair<std::string_view, std::string_view> countries[] = {{"Tara_Exp", item.Tara_Exp},
+                                                                     {"Tara_Dest", item.Tara_Dest}};
+  for (const auto& [column, country] : countries) {
+    if (country == "EL") add(column, "pentru Grecia codul de tara este GR, EL sta numai in codul de TVA");
+    if (country == "QV") add(column, "QV nu este o tara, sta numai in codul de TVA");
+  }
   // QV stands for a partner without a number.
   if (with_partner && (store::IsEmpty(item.Country_VAT_ID) ||
                        (store::IsEmpty(item.VAT_ID1) && item.Country_VAT_ID != "QV"))) {

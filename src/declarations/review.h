@@ -28,6 +28,10 @@ class Review {
   void LookAt(const CodeVersions& versions);
   /// `order` from 1, as the file numbers the items.
   void LookAt(const Item& item, int order, bool with_statistical_value, bool with_partner);
+  /// A code of the declaring agent's address that its list does not have (text typed over the names).
+  void UnknownPlace(std::string where, const std::string& code) {
+    Add(std::move(where), "'" + code + "' nu este un cod din lista");
+  }
   void NoItems() { Add("declaratia", "nu are nici o pozitie"); }
   /// A month about to be declared as one without trade has lines.
   void HasLines(std::int64_t count) {

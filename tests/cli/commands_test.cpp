@@ -185,8 +185,11 @@ TEST_F(Cli, TakesAWorksheetToTheDeclarationFile) {
       with_month({"export", "--json"}, {"--kind", "C", "--no-statistic"}).out,
       testing::AllOf(HasSubstr("_AR_20263.xml"), HasSubstr("\"host_path\": \"" + folder_.path().string())));
   EXPECT_EQ(with_month({"export"}, {"--header", "TXT_Lipsa=1"}).status, cli::kUsage);
-  EXPECT_EQ(with_month({"nil"}, {"--dec-tert", "--header", "TXT_CUI_Dec=RO77"}).out,
+  EXPECT_EQ(with_month({"nil"}, {"--header", "TXT_CUI_Dec=RO77"}).out,
             "C:\\Declarix\\System\\DeclaratiiXML\\0000123456_AN_20263.xml\n");
+  std::stringstream nil;
+  nil << std::ifstream(HostPath("c/Declarix/System/DeclaratiiXML/0000123456_AN_20263.xml")).rdbuf();
+  EXPECT_THAT(nil.str(), HasSubstr("<VatNr>0000000077</VatNr>")) << "the agent is filed without its switch";
 }
 
 TEST_F(Cli, DeletesATemplateOnlyWhenToldTo) {

@@ -141,6 +141,9 @@ TEST_F(ExportTest, FilesAreTheGoldenOnes) {
     if (c.statistical_value) {
       EXPECT_TRUE(findings_.empty()) << FindingsText(findings_);
     }
+    if (c.agent) {
+      EXPECT_EQ(FindingsText(findings_), "TXT_Judet_Dec: 'MS' nu este un cod din lista");
+    }
     if (c.accepted) ExpectAccepted(text);
   }
 }
@@ -274,10 +277,13 @@ TEST_F(ExportTest, ConfirmingOpensAnExistingDeclarationAndAnEmptyOneOtherwise) {
 
 TEST_F(ExportTest, DeclaringAgentIsKeptBetweenUses) {
   Header header = FullHeader("RO1");
-  ReadDeclaringAgent(session(), header);  // no file yet
+  EXPECT_TRUE(ReadDeclaringAgent(session(), header)) << "no file yet";
+  const Header as_read = header;
+  EXPECT_TRUE(KeepDeclaringAgent(session(), header, as_read));
+  EXPECT_FALSE(bench_.files().Exists(bench_.InSystem("Default\\Frm_INTRASTAT.txt"))) << "nothing has changed";
   header.TXT_Nume_Dec = "Agent = \r\nȘoimul";
   header.TXT_Judet_Dec = "MS";
-  WriteDeclaringAgent(session(), header);
+  EXPECT_TRUE(KeepDeclaringAgent(session(), header, as_read));
   Header later;
   later.TXT_Email = "ramane";
   ReadDeclaringAgent(session(), later);

@@ -174,6 +174,11 @@ TEST(Review, NamesItemsThatWouldBeZero) {
   Review partner;
   partner.LookAt(item, 7, false, true);
   EXPECT_EQ(Found(partner), "pozitia 7 (84713000): codul de TVA al partenerului nu este complet");
+  Item greek = SampleItem();
+  greek.Tara_Dest = "EL";
+  Review country;
+  country.LookAt(greek, 1, false, true);
+  EXPECT_EQ(country.findings().at(0).column, "Tara_Dest");
   EXPECT_EQ(FindingsText({{"a", "x"}, {"b", "y"}, {"c", "z"}}, 1), "a: x\r\n... si inca 2");
 }
 

@@ -120,7 +120,7 @@ void Checked(Desk& desk) {
 void Unfolded(Desk& desk) {
   FillDeclaration(desk, false);
   EditorOpening opening = March();
-  opening.Check_Dec_Tert = true;
+  opening.agent.emplace().Check_Dec_Tert = true;
   desk.Shoot<Frm_INTRASTAT>(
       QStringLiteral("antet"),
       [](Frm_INTRASTAT& screen) {

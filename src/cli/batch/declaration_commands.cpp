@@ -55,10 +55,16 @@ int Check(Context& context, const DeclarationCommand& command) {
 }
 
 /// Fields given on the command line replace those read from the register.
-void ApplyHeader(session::Session& session, const DeclarationCommand& command, declarations::Header& header) {
-  if (command.dec_tert) {
-    header.Check_Dec_Tert = true;
-    declarations::ReadDeclaringAgent(session, header);
+void ApplyHeader(Context& context, const DeclarationCommand& command, session::Session& session,
+                 declarations::Header& header) {
+  // A field of the declaring agent would not be filed without the switch.
+  header.Check_Dec_Tert =
+      command.dec_tert ||
+      std::any_of(command.header.begin(), command.header.end(), [](const std::string& assignment) {
+        return declarations::IsAgentField(SplitAssignment(assignment).first);
+      });
+  if (header.Check_Dec_Tert && !declarations::ReadDeclaringAgent(session, header)) {
+    context.prompter().Error("Default\\Frm_INTRASTAT.txt nu s-a putut citi");
   }
   for (const std::string& assignment : command.header) {
     const auto [name, value] = SplitAssignment(assignment);
@@ -82,7 +88,9 @@ declarations::ExportCallbacks Callbacks(Context& context) {
 int Written(Context& context, const session::Session& session, const declarations::ExportResult& result) {
   if (result.outcome != declarations::ExportOutcome::kWritten) {
     context.progress().End();
-    context.err() << WithLineFeeds(result.problems);
+    if (result.outcome == declarations::ExportOutcome::kProblems) {
+      context.err() << WithLineFeeds(result.report);
+    }
     return kRefused;
   }
   if (context.json) {
@@ -102,7 +110,7 @@ int Export(Context& context, const DeclarationCommand& command) {
   request.identity = IdentityOf(command.declaration, session);
   request.Combo_Tip = command.kind == "N" ? "N-Noua" : "C-Corectie";
   request.header = defaults.header;
-  ApplyHeader(session, command, request.header);
+  ApplyHeader(context, command, session, request.header);
   request.Check_ValStatistica =
       command.statistic->count() > 0 ? command.statistic_value : defaults.ValoareStatistica;
   request.Check_XML_Detaliat = command.detaliat->count() > 0 ? command.detaliat_value : defaults.XML_Detaliat;
@@ -112,7 +120,7 @@ int Export(Context& context, const DeclarationCommand& command) {
 int Nil(Context& context, const DeclarationCommand& command) {
   session::Session& session = context.Company(command.declaration.company);
   declarations::Header header = declarations::NilHeader(session);
-  ApplyHeader(session, command, header);
+  ApplyHeader(context, command, session, header);
   return Written(context, session,
                  declarations::WriteNilDeclaration(session, IdentityOf(command.declaration, session), header,
                                                    Callbacks(context)));

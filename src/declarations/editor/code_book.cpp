@@ -17,10 +17,18 @@ const CodeBook::Entry& CodeBook::Look(const tariff::CodeCheck& codes, std::strin
   return entry->second;
 }
 
+const CodeBook::Entry& CodeBook::LookAnew(const tariff::CodeCheck& codes, std::string_view code) {
+  std::unordered_map<std::string, Entry>& list = lists_[&codes];
+  const auto found = list.find(std::string(code));
+  if (found != list.end() && !found->second.asked) list.erase(found);
+  return Look(codes, code);
+}
+
 CodeBook::Entry CodeBook::Ask(const tariff::CodeCheck& codes, const std::string& code) {
   Entry entry;
+  entry.asked = true;
   if (code.find('\'') != std::string::npos) return entry;  // no list has such codes
-  store::PassOver(session_->host.errors, "Frm_INTRASTAT", [&] {
+  const bool went_through = store::PassOver(session_->host.errors, "Frm_INTRASTAT", [&] {
     store::Recordset row = session_->company.Query(tariff::CheckStatement(codes, code));
     if (row.record_count() == 0 && codes.columns.front() == "Tara_Exp") {
       row = session_->company.Query(std::string(kPartnerCodes) + code + "'");
@@ -34,7 +42,7 @@ CodeBook::Entry CodeBook::Ask(const tariff::CodeCheck& codes, const std::string&
     entry.unit = row["UM_SUPL"].ToText();
     entry.has_unit = row["EXISTA_UM"].ToBoolean();
   });
-  return entry;
+  return went_through ? entry : Entry();
 }
 
 }  // namespace declarations

@@ -16,6 +16,7 @@ class CodeBook {
   explicit CodeBook(session::Session& session) : session_(&session) {}
 
   struct Entry {
+    bool asked = false;  ///< false: the list could not be read, nothing is known of the code
     bool known = false;
     std::string code;  ///< as the list spells it
     std::string description;
@@ -23,8 +24,10 @@ class CodeBook {
     bool has_unit = false;  ///< goods codes
   };
   /// Looks a code up, compared as it stands. A code that breaks the statement is an unknown one; any other
-  /// failure is logged.
+  /// failure is logged, and remembered so that painting does not repeat it.
   const Entry& Look(const tariff::CodeCheck& codes, std::string_view code);
+  /// The same for a code just typed, which is worth asking for again after a failure.
+  const Entry& LookAnew(const tariff::CodeCheck& codes, std::string_view code);
   void Forget() { lists_.clear(); }
 
  private:

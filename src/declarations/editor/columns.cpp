@@ -9,6 +9,7 @@ namespace {
 constexpr std::string_view kMoney = "##,##0.00";
 constexpr std::string_view kQuantity = "##,##0.0000";
 constexpr std::string_view kDay = "dd.mm.yyyy";
+constexpr std::string_view kMoment = "dd.mm.yyyy hh:mm";
 
 struct Known {
   std::string_view field;
@@ -61,7 +62,7 @@ constexpr Known kKnown[] = {
     {"Document_Data_Referinta", kDay, true, "Document Data Referinta"},
     {"SourceFile", "", true, "Fisier sursa"},
     {"SourceFile_FullPath", "", true, "Cale fisier sursa"},
-    {"Data_Preluare", kDay, true, "Data preluare"},
+    {"Data_Preluare", kMoment, true, "Data preluare"},
     {"UserName", "", true, "Utilizator"},
 };
 

@@ -16,7 +16,7 @@ enum class ColumnKind : char { kText = 'T', kNumber = 'N', kDate = 'D', kYesNo =
 struct EditorColumn {
   std::string field;    ///< as the query returns it
   std::string caption;  ///< heading; hidden columns have their field's name
-  std::string format;   ///< "##,##0.00", "##,##0.0000", "##,##0", "dd.mm.yyyy"; empty: as it is
+  std::string format;   ///< "##,##0.00", "##,##0.0000", "##,##0", "dd.mm.yyyy[ hh:mm]"; empty: as it is
   ColumnKind kind = ColumnKind::kText;
   int size = 0;  ///< characters a text may have; 0: no limit
   bool hidden = false;

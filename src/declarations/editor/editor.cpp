@@ -36,20 +36,36 @@ bool Editor::Open() {
     return false;
   }
   ReadDeclaringAgent(*session_, request_.header);
-  const std::string report = calc::ProblemsReportPath(*session_, identity());
-  if (session_->host.files.Exists(report)) {
-    try {
-      problems_ = LineProblems(session_->host.files.Read(report));
-    } catch (const platform::FileError& error) {
-      session_->host.errors.Write("Frm_INTRASTAT", error.what());
-    }
+  agent_as_read_ = request_.header;
+  if (!Load("")) return false;
+  ReadReport();
+  return true;
+}
+
+void Editor::TakeReport(std::string report) {
+  report_ = std::move(report);
+  problems_ = LineProblems(report_);
+}
+
+void Editor::ReadReport() {
+  const std::string path = calc::ProblemsReportPath(*session_, identity());
+  if (row_count() == 0 || !session_->host.files.Exists(path)) return;
+  try {
+    std::string report = session_->host.files.Read(path);
+    const std::vector<LineProblem> all = LineProblems(report).all();
+    const bool is_ours = all.empty() || record_id_ < 0 ||
+                         std::any_of(all.begin(), all.end(), [this](const LineProblem& problem) {
+                           return RowOf(problem.Record_ID) >= 0;
+                         });
+    if (is_ours) TakeReport(std::move(report));
+  } catch (const platform::FileError& error) {
+    session_->host.errors.Write("Frm_INTRASTAT", error.what());
   }
-  return Load("");
 }
 
 bool Editor::Close() {
   if (!SaveLine()) return false;
-  if (mode_ == Mode::kModify) WriteDeclaringAgent(*session_, request_.header);
+  if (mode_ == Mode::kModify) KeepDeclaringAgent(*session_, request_.header, agent_as_read_);
   return true;
 }
 
@@ -121,7 +137,10 @@ void Editor::TellDeleted(std::int64_t rows) {
 bool Editor::Refresh() {
   if (!SaveLine()) return false;
   codes_.Forget();
-  return Load("");
+  const std::string sort = std::exchange(sort_, "");
+  if (Load("")) return true;
+  sort_ = sort;
+  return false;
 }
 
 bool Editor::ReadAgain() { return SaveLine() && Reload(); }
@@ -150,7 +169,9 @@ bool Editor::Sort(int column, bool descending) {
   if (!SaveLine()) return false;
   std::string order;
   try {
-    order = fmt::format("[{}]{}, [Record_ID]", columns_.at(Index(column)).field, descending ? " DESC" : "");
+    if (column >= 0) {
+      order = fmt::format("[{}]{}, [Record_ID]", columns_.at(Index(column)).field, descending ? " DESC" : "");
+    }
     lines_.SetSort(order);
   } catch (const std::exception& error) {
     session_->host.errors.Write("Frm_INTRASTAT", error.what());
@@ -219,7 +240,7 @@ const CodeBook::Entry* Editor::CodeAt(int row, int column) const {
 
 std::string Editor::CodeProblem(int row, int column) const {
   const CodeBook::Entry* entry = CodeAt(row, column);
-  if (entry == nullptr || entry->known) return "";
+  if (entry == nullptr || !entry->asked || entry->known) return "";
   return fmt::format("{}: codul '{}' nu exista", columns_[Index(column)].caption,
                      ValueAt(row, column).ToText());
 }
@@ -252,7 +273,7 @@ int Editor::RowOf(std::int64_t Record_ID) const {
 
 Editor::Cell Editor::CellOf(std::int64_t Record_ID, std::string_view field) {
   Cell cell{.row = RowOf(Record_ID)};
-  if (cell.row < 0 && filtered() && Refresh()) cell.row = RowOf(Record_ID);
+  if (cell.row < 0 && filtered() && Filter({})) cell.row = RowOf(Record_ID);
   cell.column = ColumnOf(field);
   return cell;
 }
@@ -275,8 +296,8 @@ Editor::Cell Editor::Locate(const Finding& finding) {
   return finding.Record_ID == 0 ? Cell() : CellOf(finding.Record_ID, finding.column);
 }
 
-bool Editor::Check(const calc::ShowProblems& show_problems) {
-  if (RefuseWriting() || !SaveLine()) return false;
+CheckOutcome Editor::Check(const calc::ShowProblems& show_problems) {
+  if (RefuseWriting() || !SaveLine()) return CheckOutcome::kNotRun;
   std::string report, path;
   bool fine = false;
   try {
@@ -286,12 +307,13 @@ bool Editor::Check(const calc::ShowProblems& show_problems) {
         [&path](const std::string& report_path) { path = report_path; }, &report);
   } catch (const store::Error& error) {
     session::ShowError(*session_, error);
-    return false;
+    return CheckOutcome::kNotRun;
   }
-  problems_ = LineProblems(report);
+  TakeReport(std::move(report));
   Reload();
-  if (!fine && show_problems) show_problems(path);
-  return fine;
+  if (fine) return CheckOutcome::kFine;
+  if (show_problems) show_problems(path);
+  return CheckOutcome::kProblems;
 }
 
 ExportResult Editor::Export(ExportCallbacks callbacks) {
@@ -305,7 +327,7 @@ ExportResult Editor::Export(ExportCallbacks callbacks) {
   } catch (const store::Error& error) {
     session::ShowError(*session_, error);
   }
-  problems_ = LineProblems(result.problems);
+  if (!result.report.empty()) TakeReport(result.report);
   Reload();
   if (!path.empty() && show_problems) show_problems(path);
   return result;

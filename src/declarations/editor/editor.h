@@ -28,6 +28,13 @@ struct TextOrder {
   bool operator()(std::string_view a, std::string_view b) const;
 };
 
+/// What became of Cmd_Verifica.
+enum class CheckOutcome {
+  kNotRun,  ///< refused or failed, which was said; what the last check found stands
+  kFine,
+  kProblems,
+};
+
 /// What became of a change to a cell.
 struct EditResult {
   bool accepted = true;
@@ -65,8 +72,8 @@ class Editor {
 
   /// Opens the tariff of the period, reads the header and the lines, and the problems of the last check.
   bool Open();
-  /// Before the screen closes: saves the pending line and keeps the declaring agent's fields for the next
-  /// use. False: the line could not be saved, which was said; CancelLine gives it up.
+  /// Before the screen closes: saves the pending line and keeps the declaring agent's fields, where changed,
+  /// for the next use. False: the line could not be saved, which was said; CancelLine gives it up.
   bool Close();
 
   const Identity& identity() const { return request_.identity; }
@@ -93,12 +100,13 @@ class Editor {
 
   // --- loading and order
 
-  bool Refresh();    ///< CmdRefresh: all lines, without filter
+  bool Refresh();    ///< CmdRefresh: all lines by Record_ID, without filter
   bool ReadAgain();  ///< the same lines, after other screens have changed them; the filter stays
   /// CmdFilter. An empty condition shows all.
   bool Filter(const Condition& condition);
   bool filtered() const { return !condition_text_.empty(); }
-  /// By a heading, Record_ID breaking ties. "Eroare sortare" where that fails.
+  /// By a heading, Record_ID breaking ties; column -1: as the query orders them. "Eroare sortare" where that
+  /// fails.
   bool Sort(int column, bool descending);
   /// The lines by where they were imported from; for reading only.
   bool ShowProvenance(bool on);
@@ -135,7 +143,7 @@ class Editor {
   bool ExecuteUpdate(std::string_view CmbColoanaUpdate, std::string_view Txt_ValueUpdate,
                      const Condition& condition);
   /// Cmd_Verifica. `show_problems` comes after the lines have been read again.
-  bool Check(const calc::ShowProblems& show_problems);
+  CheckOutcome Check(const calc::ShowProblems& show_problems);
   /// Cmd_Fisier: the pending line saved, the checker, the review, the file. The callbacks' show_problems
   /// comes after the lines have been read again. In view mode it is refused: the checker writes.
   ExportResult Export(ExportCallbacks callbacks);
@@ -150,6 +158,8 @@ class Editor {
   // --- what the checker found
 
   const LineProblems& problems() const { return problems_; }
+  /// The last check's report; empty before the first. Its file may be an earlier one.
+  const std::string& report() const { return report_; }
   bool Flagged(int row) const;  ///< Probleme is set
   /// Problems of a flagged line, or of one of its cells; empty where there are none.
   std::string ProblemText(int row, int column = -1) const;
@@ -173,6 +183,8 @@ class Editor {
   /// Shows what is missing of a condition of which only one of column and operator was chosen.
   bool IsComplete(const Condition& condition) const;
   void TellDeleted(std::int64_t rows);
+  void TakeReport(std::string report);
+  void ReadReport();  ///< of the last check; one whose lines are all gone tells of an earlier declaration
   Cell CellOf(std::int64_t Record_ID, std::string_view field);
   /// Reads the lines and their totals; on failure (shown) everything stays as it was.
   bool Load(const std::string& condition_text);
@@ -208,6 +220,7 @@ class Editor {
   std::string decimal_mark_;
   bool provenance_ = false;
   ExportRequest request_;
+  Header agent_as_read_;  ///< the declaring agent's fields as the file had them
 
   std::vector<EditorColumn> columns_;
   int record_id_ = -1, probleme_ = -1;
@@ -223,6 +236,7 @@ class Editor {
 
   mutable CodeBook codes_;
   LineRules rules_;
+  std::string report_;
   LineProblems problems_;
   std::optional<DescriptionSet> descriptions_;
   /// Lines that the declaration should have, by the last load of all and what this editor did since.

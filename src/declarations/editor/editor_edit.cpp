@@ -85,7 +85,7 @@ EditResult Editor::PutText(int column, std::string_view text) {
   if (!value) return {false, why_not};
   if (shown.codes != nullptr && !store::IsEmpty(*value)) {
     // Known codes stand as their list spells them, unknown ones as typed.
-    const CodeBook::Entry& entry = codes_.Look(*shown.codes, value->text());
+    const CodeBook::Entry& entry = codes_.LookAnew(*shown.codes, value->text());
     if (entry.known) return Put(column, entry.code);
   }
   return Put(column, *value);

@@ -5,6 +5,12 @@
 #include "platform/encoding.h"
 
 namespace declarations {
+namespace {
+
+constexpr std::string_view kLocal = "RON";
+constexpr int kMassDecimals = 4;  // of kilograms, as the column shows them when typed over
+
+}  // namespace
 
 void LineRules::Bind(const store::Recordset& lines) {
   const std::pair<int*, std::string_view> fields[] = {{&tip_, "TIP"},
@@ -79,7 +85,12 @@ std::string LineRules::Set(store::Recordset& lines, int field, const store::Valu
   const store::Value fiscal_before = val_fiscala_ < 0 ? store::Value() : lines.Get(val_fiscala_);
   lines.Set(field, value);
   std::string note;
-  if (field == cod_nc_) FollowTariff(lines);
+  if (field == cod_nc_) note = FollowTariff(lines);
+  if (field == curs_schimb_ && moneda_ >= 0 && platform::EqualsNoCase(lines.Get(moneda_).ToText(), kLocal) &&
+      !(lines.Get(field) == store::Value(1.0))) {
+    lines.Set(field, 1.0);
+    note = "Pentru RON cursul este 1";
+  }
   if (field == moneda_ || field == data_receptiei_) note = FollowRate(lines, field == moneda_);
   const bool in_value =
       field == valoare_valuta_ || field == moneda_ || field == curs_schimb_ || field == data_receptiei_;
@@ -100,21 +111,25 @@ std::string LineRules::Set(store::Recordset& lines, int field, const store::Valu
   return note;
 }
 
-void LineRules::FollowTariff(store::Recordset& lines) const {
+std::string LineRules::FollowTariff(store::Recordset& lines) const {
   const std::string code = lines.Get(cod_nc_).ToText();
-  const CodeBook::Entry entry =
-      store::IsEmpty(code) ? CodeBook::Entry() : codes_->Look(*tariff::FindCodeCheck("Cod_NC"), code);
+  CodeBook::Entry entry;
+  if (!store::IsEmpty(code)) {
+    entry = codes_->LookAnew(*tariff::FindCodeCheck("Cod_NC"), code);
+    if (!entry.asked) return "Tariful nu s-a putut citi; verificarea completeaza ce tine de cod";
+  }
   Put(lines, descriere_nc_, entry.description.empty() ? store::Value() : store::Value(entry.description));
   Put(lines, exista_ums_, entry.has_unit ? 1 : 0);
   Put(lines, cod_ums_, entry.has_unit ? store::Value(entry.unit) : store::Value());
   // A mistyped code takes no quantity away; the right one decides.
   if (entry.known && !entry.has_unit) Put(lines, val_ums_, store::Value());
+  return "";
 }
 
 std::string LineRules::FollowRate(store::Recordset& lines, bool currency_changed) const {
   if (moneda_ < 0 || curs_schimb_ < 0 || Empty(lines, moneda_)) return "";
   const std::string currency = lines.Get(moneda_).ToText();
-  if (platform::EqualsNoCase(currency, "RON")) {
+  if (platform::EqualsNoCase(currency, kLocal)) {
     lines.Set(curs_schimb_, 1.0);
     return "";
   }
@@ -146,10 +161,12 @@ void LineRules::FollowMass(store::Recordset& lines, int field) const {
   const double quantity = lines.Get(cantitate_).ToDouble();
   if ((field == cantitate_ || field == net_unitar_) && !Empty(lines, net_unitar_) &&
       !Empty(lines, cantitate_)) {
-    lines.Set(net_, quantity * lines.Get(net_unitar_).ToDouble());
-  } else if (field == net_ && quantity != 0) {
-    lines.Set(net_unitar_,
-              Empty(lines, net_) ? store::Value() : store::Value(lines.Get(net_).ToDouble() / quantity));
+    lines.Set(net_, calc::Round(quantity * lines.Get(net_unitar_).ToDouble(), kMassDecimals));
+  } else if (field == net_) {
+    // Without a quantity an earlier unit mass would undo the typed mass once a quantity comes.
+    lines.Set(net_unitar_, Empty(lines, net_) || quantity == 0
+                               ? store::Value()
+                               : store::Value(lines.Get(net_).ToDouble() / quantity));
   }
 }
 

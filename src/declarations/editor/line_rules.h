@@ -30,7 +30,7 @@ class LineRules {
   void FreshenCopy(store::Recordset& lines) const;
 
  private:
-  void FollowTariff(store::Recordset& lines) const;
+  std::string FollowTariff(store::Recordset& lines) const;
   std::string FollowRate(store::Recordset& lines, bool currency_changed) const;
   void FollowMass(store::Recordset& lines, int field) const;
   std::string FollowStatisticalValue(store::Recordset& lines, double earlier) const;

@@ -11,7 +11,9 @@ LineQuery ReadLineQuery(session::Session& session, std::string_view file, std::s
   const std::string path = session.UnderSystem(file);
   if (!session.host.files.Exists(path)) return BuiltInLineQuery(columns);
   try {
-    std::vector<std::string> lines = platform::SplitLines(session.host.files.Read(path));
+    std::string text = session.host.files.Read(path);
+    if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);  // text editors put the mark there
+    std::vector<std::string> lines = platform::SplitLines(text);
     lines.resize(2);
     return {std::move(lines[0]), std::move(lines[1])};
   } catch (const platform::FileError& error) {

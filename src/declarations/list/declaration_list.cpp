@@ -1,5 +1,6 @@
 #include "declarations/list/declaration_list.h"
 
+#include "calc/checker.h"
 #include "declarations/editor/condition.h"
 #include "platform/encoding.h"
 
@@ -140,6 +141,12 @@ bool DeclarationList::Delete(int row) {
     session::ShowError(*session_, error);
     return false;
   }
+  // Its problems would show up in a later declaration of the same month.
+  try {
+    session_->host.files.Remove(calc::ProblemsReportPath(*session_, *identity));
+  } catch (const platform::FileError& error) {
+    session_->host.errors.Write("Frm_Intrastat_Lista", error.what());
+  }
   return Open();
 }
 
@@ -149,7 +156,11 @@ std::optional<PrintCompany> DeclarationList::Print(int row) const {
     const store::Recordset company =
         session_->common.Query("SELECT Cod_Fiscal, Nume_Firma, XML_Detaliat FROM Firme WHERE Cod_Fiscal='" +
                                session_->current.Cod_Fiscal + "'");
-    if (company.record_count() == 0) return std::nullopt;
+    if (company.record_count() == 0) {
+      session_->host.prompter.Error("Firma " + session_->current.Cod_Fiscal +
+                                    " nu mai este in registrul firmelor");
+      return std::nullopt;
+    }
     return PrintCompany{company["Cod_Fiscal"].ToText(), company["Nume_Firma"].ToText(),
                         company["XML_Detaliat"].ToBoolean()};
   } catch (const store::Error& error) {

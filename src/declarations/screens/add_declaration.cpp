@@ -140,13 +140,19 @@ void Frm_Intrastat_Add::SwitchAgent(bool on) {
     if (label->buddy() != nullptr) label->setEnabled(label->buddy()->isEnabled());
   }
   if (!on) return;
-  Header header;
-  ReadDeclaringAgent(session(), header);
+  ReadAgent();
   for (const QWidget* field : agent_fields_) {
     const QString name = field->objectName();
-    SetText(name, Q(*HeaderField(header, ui::Utf8(name))));
+    SetText(name, Q(*HeaderField(agent_, ui::Utf8(name))));
   }
-  places_->Set(Q(header.TXT_Judet_Dec), Q(header.TXT_Oras_Dec));
+  places_->Set(Q(agent_.TXT_Judet_Dec), Q(agent_.TXT_Oras_Dec));
+}
+
+void Frm_Intrastat_Add::ReadAgent() {
+  agent_ = {};
+  if (!ReadDeclaringAgent(session(), agent_)) {
+    ShowMessage(QStringLiteral("Datele declarantului folosite data trecuta nu s-au putut citi"));
+  }
 }
 
 AddDialog Frm_Intrastat_Add::Typed() const {
@@ -162,12 +168,12 @@ void Frm_Intrastat_Add::TakeAgent(Header& header) {
   context().memory.Set(objectName(), kFlowKey, Text(QStringLiteral("Txt_Fel")));
   header.Check_Dec_Tert = WithAgent();
   if (!header.Check_Dec_Tert) return;
-  ReadDeclaringAgent(session(), header);  // the district, which has no field here
+  header.TXT_Sect_Dec = agent_.TXT_Sect_Dec;  // has no field here
   for (const QWidget* field : agent_fields_) {
     const QString name = field->objectName();
     *HeaderField(header, ui::Utf8(name)) = ui::Utf8(Text(name));
   }
-  WriteDeclaringAgent(session(), header);
+  if (KeepDeclaringAgent(session(), header, agent_)) CopyDeclaringAgent(header, agent_);
 }
 
 void Frm_Intrastat_Add::FocusMissing() {
@@ -184,7 +190,7 @@ void Frm_Intrastat_Add::Confirm() {
   if (!opening_) return FocusMissing();
   Header agent;
   TakeAgent(agent);
-  opening_->Check_Dec_Tert = agent.Check_Dec_Tert;
+  if (agent.Check_Dec_Tert) opening_->agent = std::move(agent);
   accept();
 }
 

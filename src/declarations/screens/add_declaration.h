@@ -29,6 +29,7 @@ class Frm_Intrastat_Add : public ui::Form {
   void SwitchAgent(bool on);
   /// The agent's fields into a header; keeps them as last used.
   void TakeAgent(Header& header);
+  void ReadAgent();
   void FocusMissing();
   void Confirm();
   void AddNula();
@@ -37,6 +38,7 @@ class Frm_Intrastat_Add : public ui::Form {
 
   Places* places_ = nullptr;
   std::vector<QWidget*> agent_fields_;
+  Header agent_;  ///< as last used
   std::optional<EditorOpening> opening_;
 };
 

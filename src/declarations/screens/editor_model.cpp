@@ -39,7 +39,7 @@ constexpr Width kWidths[] = {
     {"Factura_Data", 10},
     {"VAT_ID", 15},
     {"SourceFile", 24},
-    {"Data_Preluare", 10},
+    {"Data_Preluare", 15},
     {"Document_Numar_Referinta", 12},
     {"Document_Data_Referinta", 10},
     {"UserName", 12},
@@ -54,7 +54,9 @@ int WidthOf(std::string_view field) {
 
 ui::Format FormatOf(const EditorColumn& column) {
   if (column.kind == ColumnKind::kYesNo) return ui::Format::kTick;
-  if (column.kind == ColumnKind::kDate) return ui::Format::kDate;
+  if (column.kind == ColumnKind::kDate) {
+    return column.format.ends_with("hh:mm") ? ui::Format::kDateTime : ui::Format::kDate;
+  }
   return ui::FormatByText(column.format);
 }
 

@@ -36,10 +36,12 @@ Frm_INTRASTAT::Frm_INTRASTAT(ui::Context& screen_context, const EditorOpening& o
   const ui::LongRun run(session().host.progress, QStringLiteral("Deschidere declaratie"));
   is_open_ = editor_.Open();
   if (!is_open_) return;
-  if (opening.Check_Dec_Tert) editor_.request().header.Check_Dec_Tert = true;
+  if (opening.agent) CopyDeclaringAgent(*opening.agent, editor_.request().header);
 
   header_ = new HeaderPanel(screen_context, editor_, Q(opening.title), this);
   qobject_cast<QVBoxLayout*>(layout())->insertWidget(0, header_);
+  connect(header_, &HeaderPanel::HelpWanted, this, &Frm_INTRASTAT::ShowStatus);
+  connect(header_, &HeaderPanel::Left, grid(), qOverload<>(&QWidget::setFocus));
   AddCommands();
   filter_ = new FilterPanel(editor_, this);
   AddAboveGrid(filter_);
@@ -51,7 +53,7 @@ Frm_INTRASTAT::Frm_INTRASTAT(ui::Context& screen_context, const EditorOpening& o
     return button;
   };
   QPushButton* refresh = at_end("CmdRefresh", "&Reincarca", "reimprospateaza");
-  refresh->setToolTip(QStringLiteral("Citeste din nou toate liniile"));
+  refresh->setToolTip(QStringLiteral("Citeste din nou toate liniile, in ordinea introducerii"));
   BindKey(refresh, QKeySequence(Qt::Key_F5));
   connect(refresh, &QPushButton::clicked, this, Working(&Frm_INTRASTAT::Refresh));
   QPushButton* provenance = at_end("CmdProvenienta", "Pr&ovenienta", "import");
@@ -80,6 +82,7 @@ Frm_INTRASTAT::Frm_INTRASTAT(ui::Context& screen_context, const EditorOpening& o
     filter_->SetReadOnly();
   }
   MakeModel();
+  grid()->horizontalHeader()->setSortIndicatorClearable(true);  // a third click: the order of entry again
   grid()->SelectRow(0, FirstEditable());
   grid()->setFocus();
 }

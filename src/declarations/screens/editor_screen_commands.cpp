@@ -103,7 +103,10 @@ void Frm_INTRASTAT::Paste(int row, int column, const QString& text) {
 // --- loading
 
 void Frm_INTRASTAT::Refresh() {
-  if (Reading([this] { return editor_.Refresh(); })) ShowStatus(QStringLiteral("Reincarcat"));
+  if (!Reading([this] { return editor_.Refresh(); })) return;
+  // The order of entry comes back, here and at the next opening.
+  grid()->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+  ShowStatus(QStringLiteral("Reincarcat"));
 }
 
 void Frm_INTRASTAT::Filter() {
@@ -145,20 +148,28 @@ void Frm_INTRASTAT::ShowProvenance(bool on) {
 // --- checking and filing
 
 void Frm_INTRASTAT::Check() {
-  const bool fine = Reading([&] {
+  CheckOutcome outcome = CheckOutcome::kNotRun;
+  Reading([&] {
     const ui::LongRun run(session().host.progress, QStringLiteral("Verificare declaratie"));
-    return editor_.Check(nullptr);
+    outcome = editor_.Check(nullptr);
+    return outcome == CheckOutcome::kFine;
   });
-  const std::size_t problems = editor_.problems().all().size();
-  ShowStatus(fine            ? QStringLiteral("Verificat: nu sunt probleme")
-             : problems == 0 ? QString()
-                             : QStringLiteral("Verificat, probleme : %1").arg(problems));
+  switch (outcome) {
+    case CheckOutcome::kNotRun:
+      return ShowStatus(QStringLiteral("Declaratia nu a fost verificata"));
+    case CheckOutcome::kFine:
+      ShowStatus(QStringLiteral("Verificat: nu sunt probleme"));
+      break;
+    case CheckOutcome::kProblems:
+      ShowStatus(QStringLiteral("Verificat, probleme : %1").arg(editor_.problems().all().size()));
+      break;
+  }
   ShowProblemsOf(editor_.problems());
 }
 
 void Frm_INTRASTAT::ShowProblems() {
   Frm_Intrastat_Probleme& problems = problems_screen();
-  problems.Load();
+  problems.ShowReport(editor_.report());
   if (!problems.isVisible()) {
     problems.show();
     // At the lower edge, where it hides the fewest lines.
@@ -255,7 +266,7 @@ void Frm_INTRASTAT::Calculate(const EditorCommands::Calculation& calculation,
   FollowLines();
   if (!filter) return;
   calculation(this, *filter);
-  Refresh();
+  Reading([this] { return editor_.ReadAgain(); });
 }
 
 void Frm_INTRASTAT::RecalculateStatisticalValue() {

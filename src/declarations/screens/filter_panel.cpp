@@ -170,8 +170,6 @@ void FilterPanel::SetReadOnly() {
   more_->setEnabled(false);
 }
 
-void FilterPanel::FocusUpdateColumn() { update_column_->setFocus(); }
-
 void FilterPanel::AddAtEnd(QWidget* widget) { row_->addWidget(widget); }
 
 }  // namespace declarations

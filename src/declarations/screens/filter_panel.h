@@ -28,7 +28,6 @@ class FilterPanel : public QWidget {
   void ShowFiltered(bool on);
   void ShowUpdate(bool on);
   void SetReadOnly();  ///< no updates
-  void FocusUpdateColumn();
   /// Commands of the screen at the row's right end.
   void AddAtEnd(QWidget* widget);
 

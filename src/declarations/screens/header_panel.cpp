@@ -1,5 +1,8 @@
 #include "declarations/screens/header_panel.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
+#include <QKeyEvent>
 #include <QToolButton>
 
 #include "declarations/screens/places.h"
@@ -15,6 +18,35 @@ namespace {
 using ui::Q;
 
 constexpr char kScreen[] = "Frm_INTRASTAT";
+
+struct Help {
+  const char* name;
+  const char* text;
+};
+constexpr Help kHelps[] = {
+    {"Combo_Tip", "N-Noua: prima declaratie a lunii; C-Corectie: inlocuieste una depusa"},
+    {"Check_ValStatistica", "Fisierul contine si valoarea statistica a pozitiilor"},
+    {"Check_XML_Detaliat", "Liniile se scriu una cate una, cu partenerul fiecareia"},
+    {"Check_Dec_Tert", "Alta firma depune declaratia in numele acesteia"},
+    {"TXT_NumeCompanie", "Numele firmei, asa cum se scrie in fisier"},
+    {"TXT_Nume_Prenume", "Numele de familie al persoanei de contact"},
+    {"TXT_Nume_Pers", "Prenumele persoanei de contact"},
+    {"TXT_PozitieCompanie", "Functia persoanei de contact"},
+    {"TXT_Tel", "Telefonul persoanei de contact"},
+    {"TXT_Fax", "Faxul persoanei de contact"},
+    {"TXT_Email", "Adresa de e-mail a persoanei de contact"},
+    {"TXT_CUI_Dec", "Codul fiscal al firmei care depune declaratia"},
+    {"TXT_Nume_Dec", "Numele firmei care depune declaratia"},
+    {"TXT_Strada_Dec", "Strada declarantului, fara numar"},
+    {"TXT_Nr_Dec", "Numarul strazii"},
+    {"TXT_BL_Dec", "Blocul"},
+    {"TXT_Sc_Dec", "Scara"},
+    {"TXT_Ap_Dec", "Apartamentul"},
+    {"TXT_Sect_Dec", "Sectorul; nu se scrie in fisier"},
+    {"TXT_Judet_Dec", "Alt+sageata jos arata lista"},
+    {"TXT_Oras_Dec", "Localitatile judetului ales; fara judet, toate"},
+    {"TXT_CodPostal_Dec", "Codul postal al declarantului"},
+};
 
 QLabel* Heading(const char* text, QWidget* parent) {
   auto* label = new QLabel(QString::fromLatin1(text), parent);
@@ -100,6 +132,7 @@ HeaderPanel::HeaderPanel(ui::Context& context, Editor& editor, const QString& ti
                          on ? QStringLiteral("1") : QStringLiteral("0"));
   });
   fold_->setArrowType(Qt::RightArrow);
+  WatchFields();
   fields_->hide();
   Fill();
   if (context.memory.Get(QString::fromLatin1(kScreen), QStringLiteral("antet")) == "1") Unfold(true);
@@ -286,6 +319,61 @@ QString HeaderPanel::CaptionOf(const QString& field) const {
            label->text();
   }
   return field;
+}
+
+void HeaderPanel::WatchFields() {
+  for (const Help& help : kHelps) {
+    auto* field = fields_->findChild<QWidget*>(QString::fromLatin1(help.name));
+    field->setStatusTip(QString::fromLatin1(help.text));
+    field->setWhatsThis(field->statusTip());
+    watched_.push_back(field);
+    field->installEventFilter(this);
+    auto* box = qobject_cast<QComboBox*>(field);
+    if (box != nullptr && box->lineEdit() != nullptr) box->lineEdit()->installEventFilter(this);
+  }
+}
+
+QWidget* HeaderPanel::FieldOf(QObject* watched) const {
+  for (QWidget* field : watched_) {
+    const auto* box = qobject_cast<const QComboBox*>(field);
+    if (field == watched || (box != nullptr && box->lineEdit() == watched)) return field;
+  }
+  return nullptr;
+}
+
+void HeaderPanel::MoveOn() {
+  for (std::size_t i = 0; i <= watched_.size(); ++i) {
+    focusNextChild();
+    QWidget* next = window()->focusWidget();
+    if (FieldOf(next) != nullptr) return;
+    if (next == nullptr || !fields_->isAncestorOf(next)) break;
+  }
+  Q_EMIT Left();
+}
+
+bool HeaderPanel::eventFilter(QObject* watched, QEvent* event) {
+  QWidget* field = FieldOf(watched);
+  if (field == nullptr) return QWidget::eventFilter(watched, event);
+  auto* box = qobject_cast<QComboBox*>(field);
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return false;
+    const bool entered = event->type() == QEvent::FocusIn;
+    Q_EMIT HelpWanted(entered ? field->statusTip() : QString());
+    QLineEdit* line = box != nullptr ? box->lineEdit() : qobject_cast<QLineEdit*>(field);
+    // After the mouse press that brought the focus has set its own cursor.
+    if (entered && line != nullptr) QMetaObject::invokeMethod(line, "selectAll", Qt::QueuedConnection);
+  } else if (event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    const bool list_open =
+        box != nullptr &&
+        (box->view()->isVisible() || (box->completer() != nullptr && box->completer()->popup()->isVisible()));
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !list_open) {
+      MoveOn();
+      return true;
+    }
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 bool HeaderPanel::GoTo(const QString& field) {

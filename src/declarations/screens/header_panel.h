@@ -26,7 +26,7 @@ class Places;
 class HeaderPanel : public QWidget {
   Q_OBJECT
  public:
-  /// `title` stands in front of the folded line: "Modificare Declaratie : ACHIZITIE / 2026 / 3".
+  /// `title` stands in front of the folded line: "Modificare Declaratie : I / 2026 / 3".
   HeaderPanel(ui::Context& context, Editor& editor, const QString& title, QWidget* parent);
 
   /// Puts the request's values into the fields.
@@ -38,7 +38,18 @@ class HeaderPanel : public QWidget {
   /// What a field is called on screen ("Declarant tert - Judet"); the name itself for what is none.
   QString CaptionOf(const QString& field) const;
 
+ Q_SIGNALS:
+  void HelpWanted(const QString& help);  ///< of the field entered; empty when it is left
+  void Left();                           ///< Enter in the last field
+
+ protected:
+  /// Entering a field selects its text and shows its help line; Enter moves on.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
+  void WatchFields();
+  QWidget* FieldOf(QObject* watched) const;
+  void MoveOn();
   QLineEdit* AddLine(QGridLayout* grid, const char* name, const char* label, int characters,
                      std::string Header::*value);
   QLineEdit* AddShown(QGridLayout* grid, const char* name, const char* label);
@@ -72,6 +83,7 @@ class HeaderPanel : public QWidget {
   QWidget* agent_ = nullptr;
   std::vector<BoundLine> lines_;
   std::vector<BoundTick> ticks_;
+  std::vector<QWidget*> watched_;
   QComboBox* kind_ = nullptr;
   QLineEdit* file_ = nullptr;
   ui::CodeBox* county_ = nullptr;

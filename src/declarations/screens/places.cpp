@@ -1,6 +1,9 @@
 #include "declarations/screens/places.h"
 
+#include <QAction>
+
 #include "tariff/codes.h"
+#include "ui/icons.h"
 #include "ui/screen.h"
 #include "ui/text.h"
 
@@ -10,6 +13,8 @@ using ui::Q;
 
 Places::Places(ui::Context& context, ui::CodeBox* county, ui::CodeBox* town)
     : QObject(town), context_(&context), county_(county), town_(town) {
+  county_mark_ = AddMark(county_);
+  town_mark_ = AddMark(town_);
   county_->ShowDescriptions(true);
   town_->ShowDescriptions(true);
   ui::Try(context, [this] {
@@ -37,11 +42,30 @@ Places::Places(ui::Context& context, ui::CodeBox* county, ui::CodeBox* town)
   connect(this, &Places::CountyFollowed, this, &Places::ShowTowns, Qt::QueuedConnection);
 }
 
+QAction* Places::AddMark(ui::CodeBox* box) {
+  QAction* mark =
+      box->lineEdit()->addAction(ui::Icon(QStringLiteral("problema")), QLineEdit::TrailingPosition);
+  mark->setObjectName(QStringLiteral("Necunoscut"));
+  mark->setToolTip(QStringLiteral("Nu este un nume din lista; INS ar refuza declaratia"));
+  mark->setVisible(false);
+  connect(mark, &QAction::triggered, box, &QComboBox::showPopup);
+  connect(box->lineEdit(), &QLineEdit::editingFinished, this, &Places::ShowMarks);
+  connect(box, &ui::CodeBox::CodeChanged, mark, [mark] { mark->setVisible(false); });  // still being typed
+  return mark;
+}
+
+void Places::ShowMarks() {
+  for (const auto& [box, mark] : {std::pair{county_, county_mark_}, std::pair{town_, town_mark_}}) {
+    mark->setVisible(!box->list().lines.empty() && !box->code().isEmpty() && box->description().isEmpty());
+  }
+}
+
 void Places::Set(const QString& county_code, const QString& town_code) {
   town_->SetCode({});
   county_->SetCode(county_code);
   ShowTowns();
   town_->SetCode(town_code);
+  ShowMarks();
 }
 
 void Places::ShowTowns() {

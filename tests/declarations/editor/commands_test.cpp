@@ -117,9 +117,16 @@ TEST_F(EditorTest, ASortKeepsTheLineUnderTheCursorAndTheOrderOfTies) {
   EXPECT_EQ(Text(2, "Descriere") + Text(2, "Net"), "d3");
   EXPECT_EQ(editor.DuplicateLine(0), 3);
   EXPECT_EQ(Text(3, "Descriere"), "c");
+  const auto shown = [this] {
+    return Text(0, "Descriere") + Text(1, "Descriere") + Text(2, "Descriere") + Text(3, "Descriere");
+  };
+  EXPECT_TRUE(editor.ReadAgain());
+  EXPECT_EQ(shown(), "dccb");
+  EXPECT_TRUE(editor.Sort(-1, false));
+  EXPECT_EQ(shown(), "bcdc");
+  EXPECT_TRUE(editor.Sort(column, true));
   EXPECT_TRUE(editor.Refresh());
-  EXPECT_EQ(Text(0, "Descriere") + Text(1, "Descriere") + Text(2, "Descriere") + Text(3, "Descriere"),
-            "dccb");
+  EXPECT_EQ(shown(), "bcdc") << "reloading brings the order of entry back";
   at.prompter().ExpectError("Eroare sortare");
   EXPECT_FALSE(editor.Sort(99, false));
 }
@@ -171,7 +178,7 @@ TEST_F(EditorTest, ProblemsLeadToTheirCells) {
   AddLine({{"Tara_Exp", "GB"}, {"Val_UMS", 0.0}, {"Mod_Transp", store::Null()}});
   Editor& editor = Open();
   std::string shown;
-  EXPECT_FALSE(editor.Check([&shown](const std::string& path) { shown = path; }));
+  EXPECT_EQ(editor.Check([&shown](const std::string& path) { shown = path; }), CheckOutcome::kProblems);
   EXPECT_EQ(shown, at.InSystem("Verificare\\RO123456_I_3_2026.txt"));
   EXPECT_FALSE(editor.Flagged(0));
   EXPECT_TRUE(editor.Flagged(1));
@@ -203,11 +210,41 @@ TEST_F(EditorTest, ProblemsLeadToTheirCells) {
   EXPECT_EQ(mass.row, 0);
   EXPECT_EQ(mass.column, editor.ColumnOf("Net"));
 
-  // Opened again, the texts of the last check are there.
+  // Opened again, the texts of the last check are there; a later declaration of the month has none of them.
   at.Run("UPDATE Intrastat SET Mod_Transp='x'");
   editor.Check({});
   Open();
   EXPECT_EQ(editor_->ProblemText(1), "Mod_Transp = x ===> NU EXISTA");
+  at.Run("DELETE FROM Intrastat");
+  AddLine();
+  EXPECT_EQ(Open().problems().all().size(), 0u);
+}
+
+TEST_F(EditorTest, AFailedCheckOrExportLeavesWhatIsKnown) {
+  AddLine({{"Mod_Transp", "x"}});
+  Editor& editor = Open();
+  // A report that cannot be filed is still the one of this check.
+  at.machine.files.refuses = [](std::string_view path) {
+    return path.find("Verificare\\") != std::string_view::npos;
+  };
+  at.prompter().AcceptAnything(true);
+  EXPECT_EQ(editor.Check({}), CheckOutcome::kProblems);
+  EXPECT_THAT(editor.report(), testing::HasSubstr("Mod_Transp = x ===> NU EXISTA"));
+  at.files().CreateFolders(at.InSystem("SQL\\"));
+  at.files().Replace(at.InSystem("SQL\\Verificare.txt"), "SELECT Nimic FROM Intrastat\r\n\r\n");
+  EXPECT_EQ(editor.Check({}), CheckOutcome::kNotRun);
+  EXPECT_EQ(editor.Export({}).outcome, ExportOutcome::kFailed);
+  EXPECT_EQ(editor.problems().all().size(), 1u);
+}
+
+TEST_F(EditorTest, TheAgentsFileIsWrittenOnlyAfterAChange) {
+  const std::string file = at.InSystem("Default\\Frm_INTRASTAT.txt");
+  at.files().CreateFolders(file);  // a folder in its place cannot be read
+  Editor& editor = Open();
+  EXPECT_TRUE(editor.Close());
+  editor.request().header.TXT_Nume_Dec = "ALT DECLARANT SRL";
+  at.prompter().ExpectStarting("Datele declarantului tert nu s-au putut pastra", "EROARE", Icon::kCritical);
+  EXPECT_TRUE(editor.Close());
 }
 
 TEST_F(EditorTest, ABlockIsPastedThroughTheSameRules) {

@@ -78,6 +78,32 @@ TEST_F(EditorTest, ValuesInLeiFollowCurrencyDateAndRate) {
   EXPECT_EQ(Text(0, "Curs_Schimb"), "4,5");
   MustType(0, "Moneda", "RON");
   EXPECT_EQ(Text(0, "Curs_Schimb") + " " + Text(0, "Val_Fiscala"), "1 30");
+  EXPECT_EQ(Type(0, "Curs_Schimb", "4,5").message, "Pentru RON cursul este 1");
+  EXPECT_EQ(Text(0, "Curs_Schimb") + " " + Text(0, "Val_Fiscala"), "1 30");
+}
+
+TEST_F(EditorTest, MassAndQuantityDoNotUndoEachOther) {
+  AddLine({{"Cantitate", 1.0}, {"Net", 0.1}, {"Net_Unitar", 0.1}});
+  Open();
+  MustType(0, "Cantitate", "3");
+  EXPECT_EQ(Text(0, "Net"), "0,3") << "not 0.30000000000000004";
+  MustType(0, "Cantitate", "");
+  MustType(0, "Net", "7");
+  MustType(0, "Cantitate", "2");
+  EXPECT_EQ(Text(0, "Net"), "7") << "typed while there was no quantity";
+}
+
+TEST_F(EditorTest, ATariffThatCannotBeReadTakesNothingAway) {
+  AddLine({{"Cod_NC", "84713000"}, {"Descriere_NC", "Laptop"}, {"Cod_UMS", "p/st"}});
+  Editor& editor = Open();
+  at.session.company.BindLink("HS8", at.session.tariff.path(), "Lipseste");
+  EXPECT_NE(Type(0, "Cod_NC", "94036010").message, "");
+  EXPECT_EQ(Text(0, "Descriere_NC") + Text(0, "Cod_UMS"), "Laptopp/st");
+  EXPECT_EQ(editor.CodeProblem(0, editor.ColumnOf("Cod_NC")), "") << "nobody knows whether it exists";
+  at.session.company.BindLink("HS8", at.session.tariff.path(), "HS8");
+  MustType(0, "Cod_NC", "84713000");
+  MustType(0, "Cod_NC", "94036010");
+  EXPECT_EQ(Text(0, "Cod_UMS"), "");
 }
 
 TEST_F(EditorTest, AnUnknownCodeStaysAsTypedAndIsMarked) {

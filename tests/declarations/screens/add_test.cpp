@@ -20,9 +20,8 @@ using test_support::ScreenFixture;
 class AddScreenTest : public testing::Test {
  protected:
   AddScreenTest() { Open(); }
-  void Open() {
-    screen_ =
-        std::make_unique<Frm_Intrastat_Add>(on_.context, Frm_Intrastat_Add::Purpose::kDeclaration, nullptr);
+  void Open(Frm_Intrastat_Add::Purpose purpose = Frm_Intrastat_Add::Purpose::kDeclaration) {
+    screen_ = std::make_unique<Frm_Intrastat_Add>(on_.context, purpose, nullptr);
     screen_->show();
     QApplication::setActiveWindow(screen_.get());
   }
@@ -82,7 +81,7 @@ TEST_F(AddScreenTest, OpensAnExistingDeclarationOrANewOne) {
   Click("CmdOK");
   ASSERT_TRUE(screen_->opening());
   EXPECT_EQ(screen_->opening()->title, "Modificare Declaratie : I - 2026 / 3");
-  EXPECT_FALSE(screen_->opening()->Check_Dec_Tert);
+  EXPECT_FALSE(screen_->opening()->agent);
   Open();
   Choose("LIVRARE", "2026", "3");
   Click("CmdOK");
@@ -120,11 +119,33 @@ TEST_F(AddScreenTest, KeepsTheAgentAndLetsPlacesFollowTheCounty) {
   Choose("ACHIZITIE", "2026", "3");
   Click("CmdOK");
   ASSERT_TRUE(screen_->opening());
-  EXPECT_TRUE(screen_->opening()->Check_Dec_Tert);
+  ASSERT_TRUE(screen_->opening()->agent);
+  EXPECT_TRUE(screen_->opening()->agent->Check_Dec_Tert);
   const std::string kept = on_.at.files().Read(file);
   for (const char* line : {"TXT_CUI_Dec=RO55\r\n", "TXT_Nume_Dec=DECLARANT SRL\r\n", "TXT_Sect_Dec=3\r\n",
                            "TXT_Judet_Dec=1\r\n", "TXT_Oras_Dec=1222\r\n"}) {
     EXPECT_THAT(kept, testing::HasSubstr(line));
+  }
+}
+
+TEST_F(AddScreenTest, AnAgentThatCannotBeKeptStillReachesTheDeclaration) {
+  SetAgent(true);
+  ScreenFixture::Type(*screen_, "TXT_Nume_Dec", "DECLARANT SRL");
+  on_.at.machine.files.refuses = [](std::string_view path) { return path.ends_with("Frm_INTRASTAT.txt"); };
+  on_.at.prompter().ExpectStarting("Datele declarantului tert nu s-au putut pastra", "EROARE",
+                                   Icon::kCritical);
+  Choose("ACHIZITIE", "2026", "3");
+  Click("CmdOK");
+  ASSERT_TRUE(screen_->opening() && screen_->opening()->agent);
+  EXPECT_EQ(screen_->opening()->agent->TXT_Nume_Dec, "DECLARANT SRL");
+}
+
+TEST_F(AddScreenTest, EnterEndsOnTheCommandThatWasCalled) {
+  for (const auto& [purpose, command] : {std::pair{Frm_Intrastat_Add::Purpose::kDeclaration, "CmdOK"},
+                                         std::pair{Frm_Intrastat_Add::Purpose::kNil, "CmdAddNula"}}) {
+    Open(purpose);
+    for (int i = 0; i < 4; ++i) QTest::keyClick(screen_->focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(screen_->focusWidget()->objectName(), command);
   }
 }
 

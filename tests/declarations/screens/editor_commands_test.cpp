@@ -1,3 +1,4 @@
+#include <QAction>
 #include <QCheckBox>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -140,6 +141,11 @@ TEST_F(EditorScreenTest, TheAgentsFieldsAreKeptAndTownsFollowTheCounty) {
   Open(false, {}, true);
   EXPECT_TRUE(Get<QCheckBox>("Check_Dec_Tert").isChecked());
   Get<QToolButton>("CmdAntet").click();
+  auto& phone = Get<QLineEdit>("TXT_Tel");
+  phone.setFocus();
+  QTest::keyClick(&phone, Qt::Key_Return);
+  EXPECT_EQ(screen_->focusWidget()->objectName(), "TXT_Fax");
+  EXPECT_EQ(Status(), "Faxul persoanei de contact");
   auto& county = Get<ui::CodeBox>("TXT_Judet_Dec");
   auto& town = Get<ui::CodeBox>("TXT_Oras_Dec");
   const std::size_t all = town.list().lines.size();
@@ -166,6 +172,14 @@ TEST_F(EditorScreenTest, TheAgentsFieldsAreKeptAndTownsFollowTheCounty) {
   }
   Q_EMIT Get<ui::CodeBox>("TXT_Judet_Dec").CodeChanged();
   EXPECT_EQ(screen_->editor().request().header.TXT_Oras_Dec, "");
+  // A text that is no name would be filed as a code.
+  auto& typed = *Get<ui::CodeBox>("TXT_Judet_Dec").lineEdit();
+  const auto* mark = typed.findChild<QAction*>("Necunoscut");
+  ASSERT_NE(mark, nullptr);
+  EXPECT_FALSE(mark->isVisible());
+  typed.setText("Judetul meu");
+  Q_EMIT typed.editingFinished();
+  EXPECT_TRUE(mark->isVisible());
 }
 
 TEST_F(EditorScreenTest, CalculationsGetTheFilterAndTheLinesAreReadAgain) {
@@ -175,6 +189,7 @@ TEST_F(EditorScreenTest, CalculationsGetTheFilterAndTheLinesAreReadAgain) {
     filters.push_back(filter);
     on_.at.Run("UPDATE Intrastat SET Net=77" + filter);
   };
+  AddLine({{"Net", 3.0}});
   Open(false, {calculation, calculation, {}});
   EXPECT_FALSE(Get<QPushButton>("CmdRedistribuireNet").isEnabled());
   on_.at.prompter().ExpectInfo(
@@ -188,6 +203,10 @@ TEST_F(EditorScreenTest, CalculationsGetTheFilterAndTheLinesAreReadAgain) {
   EXPECT_THAT(filters, testing::Each(" WHERE [TIP] ='I' AND [Anul]=2026 AND [Luna]=3"));
   EXPECT_EQ(filters.size(), 2U);
   EXPECT_EQ(screen_->editor().TextAt(0, Column("Net")), "77");
+  on_.at.Run("UPDATE Intrastat SET Net=3 WHERE Record_ID=(SELECT MAX(Record_ID) FROM Intrastat)");
+  EXPECT_TRUE(screen_->editor().Filter({"Net", "= Valoare", "77"}));
+  Click("CmdRedistribuireTransport");
+  EXPECT_TRUE(screen_->editor().filtered()) << "what the user was looking at stays";
 }
 
 TEST_F(EditorScreenTest, ProvenanceIsForReadingAndSortingKeepsTheLine) {

@@ -24,7 +24,7 @@ class EditorScreenTest : public testing::Test {
     EditorOpening opening;
     opening.identity = {"I", test_support::Installation::kCompany, 2026, 3};
     opening.title = "Modificare Declaratie : I / 2026 / 3";
-    opening.Check_Dec_Tert = with_agent;
+    if (with_agent) opening.agent.emplace().Check_Dec_Tert = true;
     screen_ = std::make_unique<Frm_INTRASTAT>(on_.context, opening, view, std::move(commands), nullptr);
     ASSERT_TRUE(screen_->is_open());
     screen_->show();
