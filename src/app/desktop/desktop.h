@@ -63,6 +63,7 @@ class Desktop : public Surroundings {
   void BindWorkScreens();
   /// Comes back when the editor is closed.
   void OpenEditor(const declarations::EditorOpening& opening, bool view, QWidget* over);
+  void RefreshDeclarations();  ///< the declaration list, where it stands open
   void ShowFirst(QDialog* screen, std::function<void()> on_accepted);
   void SelectCompany();
   void CreateCompany();

@@ -35,17 +35,19 @@ void Desktop::OpenEditor(const EditorOpening& opening, bool view, QWidget* over)
       .redistribute_transport = calculation(std::type_identity<calc::Frm_Calcul_Transp_Statistic>()),
       .redistribute_net = calculation(std::type_identity<calc::Frm_Calcul_Net>())};
   declarations::EditorOpener(context_, commands)(opening, view, over);
+  if (!view) RefreshDeclarations();
+}
+
+void Desktop::RefreshDeclarations() {
+  const auto list = open_.find("INTRASTAT");
+  if (list == open_.end()) return;
+  if (auto* shown = qobject_cast<declarations::Frm_Intrastat_Lista*>(list->second.data())) shown->Refresh();
 }
 
 void Desktop::NewDeclaration() {
   const auto opening = declarations::AskForDeclaration(
       context_, main_window_.get(), declarations::Frm_Intrastat_Add::Purpose::kDeclaration);
-  if (!opening) return;
-  OpenEditor(*opening, false, main_window_.get());
-  // A list that stands open shows what has been typed.
-  const auto list = open_.find("INTRASTAT");
-  if (list == open_.end()) return;
-  if (auto* shown = qobject_cast<declarations::Frm_Intrastat_Lista*>(list->second.data())) shown->Refresh();
+  if (opening) OpenEditor(*opening, false, main_window_.get());
 }
 
 void Desktop::QuickSearch(const QString& text) {
@@ -89,12 +91,15 @@ void Desktop::BindWorkScreens() {
   commands_.Handle("MACHETA_STERGE", choose(importer::Frm_Machete::Purpose::kDelete));
   commands_.Handle("EXCEL_PRELUARE", [this](const Command& command) {
     OpenOnce(command.key, [this] {
-      return new importer::Frm_Preluare(
+      auto* screen = new importer::Frm_Preluare(
           context_,
           [this](const declarations::Identity& identity, QWidget* over) {
             OpenEditor(declarations::DeclarationList::Opening(identity, false), false, over);
           },
           main_window_.get());
+      QObject::connect(screen, &importer::Frm_Preluare::LinesSaved, screen,
+                       [this] { RefreshDeclarations(); });
+      return screen;
     });
   });
   commands_.HandleViewers([this](const Command& command) {

@@ -231,6 +231,7 @@ void Frm_Preluare::Run() {
                           ui::Stopping::kPossible);
     result_ = importer::Run(session(), taken_);
   }
+  if (result_.saved > 0) Q_EMIT LinesSaved();
   ShowResult();
   if (result_.outcome == Outcome::kRefused) return FocusMissing();
   if (!result_.rejected.empty()) ShowRejected();

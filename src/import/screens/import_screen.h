@@ -21,6 +21,9 @@ class Frm_Preluare : public ui::Form {
 
   const Result& last() const { return result_; }  ///< of the last run
 
+ Q_SIGNALS:
+  void LinesSaved();  ///< by a run
+
  private:
   void AddFields();
   void AddTemplateCommand(const char* name, const QString& caption, const QString& icon, const QString& tip,
