@@ -61,6 +61,7 @@ SheetList OfferSheets(session::Session& session, QComboBox& box, std::string_vie
   SheetList list = ReadSheetList(session, path);
   box.clear();
   for (const std::string& name : list.names) box.addItem(Q(name));
+  box.setCurrentIndex(box.findText(typed, Qt::MatchFixedString));  // the arrows go on from there
   box.setEditText(typed);
   return list;
 }

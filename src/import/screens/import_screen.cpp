@@ -79,6 +79,7 @@ void Frm_Preluare::AddFields() {
   sheet_->setObjectName(QStringLiteral("Sheet_Name"));
   sheet_->setEditable(true);
   sheet_->setFixedWidth(sheet_->fontMetrics().averageCharWidth() * 40);
+  connect(sheet_, &QComboBox::activated, this, [this] { state_->clear(); });
   AddField(QStringLiteral("&Sheet Name"), sheet_, QStringLiteral("Foaia din fisier in care sunt liniile"));
   required("Sheet_Name");
   AddBeside(new QLabel(this));
