@@ -202,14 +202,14 @@ TotalsRow* ListScreen::totals_row() {
 
 bool ListScreen::SaveSpreadsheet(const std::string& windows_path) {
   if (grid_->grid_model() == nullptr) return false;
-  const GridContent content{grid_->grid_model(), grid_->visible_columns(), windowTitle()};
+  const GridContent content{grid_->grid_model(), grid_->visible_columns(), file_title()};
   if (!WriteSpreadsheet(session(), content, windows_path)) return false;
   ShowFile(windows_path);
   return true;
 }
 
 void ListScreen::ExportSpreadsheet() {
-  const std::string path = AskForFile(this, windowTitle(), QStringLiteral("Export in Excel"),
+  const std::string path = AskForFile(this, file_title(), QStringLiteral("Export in Excel"),
                                       QStringLiteral("Excel (*.xlsx)"), QStringLiteral(".xlsx"));
   if (!path.empty() && SaveSpreadsheet(path)) Frm_Fisier_Optiuni(context(), path, this).exec();
 }

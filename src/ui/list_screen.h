@@ -54,6 +54,10 @@ class ListScreen : public Screen {
   /// For a list whose contents change their name.
   void SetReportTitle(const QString& title) { report_title_ = title; }
 
+  /// What the list's files and sheets are called; without it as the window.
+  void SetFileTitle(const QString& title) { file_title_ = title; }
+  QString file_title() const { return file_title_.isEmpty() ? windowTitle() : file_title_; }
+
   /// The list's report in the report definitions; without it the one whose title is the print's, else a plain
   /// one.
   void SetReport(std::string report) { report_ = std::move(report); }
@@ -101,7 +105,7 @@ class ListScreen : public Screen {
   TotalsRow* totals_row_ = nullptr;
   std::string report_;
   std::string written_;  ///< Windows path behind the status line's link
-  QString count_caption_, report_title_;
+  QString count_caption_, report_title_, file_title_;
 };
 
 }  // namespace ui

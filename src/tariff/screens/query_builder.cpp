@@ -152,6 +152,7 @@ QWidget* Frm_Interogari::ColumnsPart() {
   auto* all = new QPushButton(QStringLiteral("T&oate coloanele"), part);
   all->setObjectName(QStringLiteral("CmdToate"));
   all->setAutoDefault(false);
+  all->setMinimumWidth(all->sizeHint().width() + 16);
   all->setToolTip(QStringLiteral("Bifeaza toate coloanele; daca sunt bifate toate, le debifeaza"));
   connect(all, &QPushButton::clicked, this, [this] { TickAll(); });
   QVBoxLayout* layout = PartLayout(part);
@@ -277,6 +278,10 @@ void Frm_Interogari::Run(const BuiltQuery* built) {
     const ui::LongRun run(session().host.progress, windowTitle(), ui::Stopping::kPossible,
                           QStringLiteral("Se cauta randurile"));
     ShowRows(RunStatement(session(), text), text);
+    const QString script = scripts_->currentText();
+    SetFileTitle(!script.isEmpty()  ? script
+                 : built != nullptr ? QStringLiteral("Interogare ") + ui::Q(table_)
+                                    : QStringLiteral("Interogare"));
   } catch (const store::Error& error) {
     if (error.number() == store::kCancelled) {
       ShowStatus(QStringLiteral("Interogarea a fost oprita; randurile aratate sunt cele de dinainte"));
@@ -421,9 +426,8 @@ void Frm_Interogari::PrintRows() {
     ShowStatus(QStringLiteral("Nu sunt randuri de tiparit"));
     return;
   }
-  const QString script = scripts_->currentText();
-  Print({rows_model_.get(), grid()->visible_columns(),
-         QStringLiteral("  REPORT - ") + (script.isEmpty() ? windowTitle() : script), "INTEROGARI"});
+  Print({rows_model_.get(), grid()->visible_columns(), QStringLiteral("  REPORT - ") + file_title(),
+         "INTEROGARI"});
 }
 
 std::string Frm_Interogari::statement() const { return ui::Utf8(TXT_SQL_->toPlainText()); }
