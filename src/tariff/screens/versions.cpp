@@ -191,6 +191,11 @@ void Frm_Tarif_Incarcare::ProposeYear() {
 
 void Frm_Tarif_Incarcare::Confirm() {
   if (!Require(QStringLiteral("TxtFisier"), QStringLiteral("Fisier XML"))) return;
+  if (!session().host.files.Exists(file())) {
+    session().host.prompter.Error(fmt::format("Fisierul : {} nu exista", file()));
+    FocusField(QStringLiteral("TxtFisier"));
+    return;
+  }
   if (!Require(QStringLiteral("TxtAnul"), QStringLiteral("Anul"))) return;
   if (year() <= 0) {
     session().host.prompter.Error(
