@@ -19,12 +19,13 @@ int Percent(std::int64_t ordinal, std::int64_t count) {
 /// Brings one line up to date: tariff columns, the retired country code, values that end in one half.
 class Refresher {
  public:
-  Refresher(session::Session& session, int year, CheckedLines& lines)
-      : session_(&session), year_(year), lines_(&lines) {}
+  Refresher(session::Session& session, const CheckContext& context, CheckedLines& lines)
+      : session_(&session), context_(&context), lines_(&lines) {}
 
   void RefreshLine() {
-    RefreshTariffColumns();
-    if (year_ > 2020 && lines_->Text(kTara_Orig) == "GB") lines_->Set(kTara_Orig, "XU");
+    // Another year's tariff would overwrite units and quantities that were right when they were declared.
+    if (context_->tariff_of_period) RefreshTariffColumns();
+    if (context_->identity.Anul > 2020 && lines_->Text(kTara_Orig) == "GB") lines_->Set(kTara_Orig, "XU");
     // Rounding to whole numbers takes an exact half to the even neighbour; these are meant to go up.
     for (const LineColumn column : {kNet, kVal_Fiscala, kVal_Stat, kVal_UMS}) {
       if (lines_->IsNull(column)) continue;
@@ -65,7 +66,7 @@ class Refresher {
   }
 
   session::Session* session_;
-  int year_;
+  const CheckContext* context_;
   CheckedLines* lines_;
   std::unordered_map<std::string, tariff::TariffAnswer> answers_;
   std::string last_code_;
@@ -87,7 +88,7 @@ std::string ReportHeader(const platform::LocalTime& now, const declarations::Ide
 
 void RefreshPass(session::Session& session, const CheckContext& context, CheckedLines& lines) {
   session.host.progress.Update("ACTUALIZARE UM SUPLIMENTARE", 0);
-  Refresher refresher(session, context.identity.Anul, lines);
+  Refresher refresher(session, context, lines);
   store::Recordset& rows = lines.rows();
   const std::int64_t count = rows.record_count();
   for (std::int64_t ordinal = 1; !rows.eof(); rows.MoveNext(), ++ordinal) {
@@ -96,8 +97,9 @@ void RefreshPass(session::Session& session, const CheckContext& context, Checked
   }
 }
 
-void CheckPass(session::Session& session, const CheckContext& context, CheckedLines& lines,
-               std::string& report) {
+/// The boxes to show afterwards.
+std::vector<std::string> CheckPass(session::Session& session, const CheckContext& context,
+                                   CheckedLines& lines, std::string& report) {
   CheckerRules rules(session, context, lines, report);
   store::Recordset& rows = lines.rows();
   if (rows.record_count() > 0) rows.MoveFirst();
@@ -106,6 +108,7 @@ void CheckPass(session::Session& session, const CheckContext& context, CheckedLi
     lines.Set(kProbleme, true);
     lines.Save();
   }
+  return rules.boxes();
 }
 
 /// Number of marked lines.
@@ -131,10 +134,15 @@ std::string ProblemsReportPath(const session::Session& session, const declaratio
 bool Verifica_Declaratie(session::Session& session, const std::string& TIP, std::int16_t Anul,
                          std::int16_t Luna, bool CheckValStatistica, const ShowProblems& show_problems,
                          std::string* report) {
-  int month = Luna, year = Anul;
-  tariff::ConexiuneTarif(session, month, year);  // refused: shown there, the earlier tariff serves
-
   CheckContext context;
+  int month = Luna, year = Anul;
+  context.tariff_of_period = tariff::ConexiuneTarif(session, month, year);  // refused: shown there
+  if (!context.tariff_of_period) {
+    session.host.errors.Write(
+        "Verifica_Declaratie",
+        fmt::format("tariful lunii {}/{} nu s-a deschis: descrierile si unitatile suplimentare raman", Luna,
+                    Anul));
+  }
   context.identity = {TIP, session.current.Cod_Fiscal, Anul, Luna};
   context.CheckValStatistica = CheckValStatistica;
   context.ValoriRotunjite = session.settings.ValoriRotunjite;
@@ -143,6 +151,7 @@ bool Verifica_Declaratie(session::Session& session, const std::string& TIP, std:
   const std::string report_path = ProblemsReportPath(session, context.identity);
 
   std::string text;
+  std::vector<std::string> boxes;
   bool any_problem = false;
   {
     const tariff::LookupRun lookups(session);
@@ -154,11 +163,13 @@ bool Verifica_Declaratie(session::Session& session, const std::string& TIP, std:
     RefreshPass(session, context, lines);
     text = ReportHeader(session.host.clock.Now(), context.identity);
     const std::size_t header_size = text.size();
-    CheckPass(session, context, lines, text);
+    boxes = CheckPass(session, context, lines, text);
     // A replaced query without the mark's column still counts as a problem whatever was reported.
     any_problem = CountPass(session, lines) > 0 || text.size() > header_size;
     transaction.Commit();
   }
+  // A box may stay open for hours; until the commit nobody else could write to the company's file.
+  for (const std::string& box : boxes) session.host.prompter.Error(box);
   // Written as a whole, so that no crash leaves a part of it.
   try {
     session.host.files.CreateFolders(session.UnderSystem("Verificare\\"));

@@ -47,8 +47,8 @@ void CheckPartnerVat(CheckerRules& rules) {
   }
   const std::string_view prefix = platform::Utf8Prefix(vat, 2);
   if (IsNumeric(prefix)) {
-    rules.prompter().Error("Format incorect Cod TVA: " + std::string(vat) +
-                           "\r\nCodul de TVA trebuie sa inceapa cu codul tarii");
+    rules.AddBox("Format incorect Cod TVA: " + std::string(vat) +
+                 "\r\nCodul de TVA trebuie sa inceapa cu codul tarii");
     rules.Problem({" - ", lines.Name(kVAT_ID), " FORMAT INCORECT"});
     return;
   }

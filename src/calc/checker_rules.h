@@ -41,6 +41,7 @@ struct CheckContext {
   bool CheckValStatistica = false;
   bool ValoriRotunjite = false;
   bool VerificaNet = false;
+  bool tariff_of_period = true;  ///< false: the one open is another period's
 
   bool DispatchesFrom2015() const { return identity.TIP == "O" && identity.Anul >= 2015; }
   int value_decimals() const { return ValoriRotunjite ? 0 : 2; }
@@ -54,12 +55,15 @@ class CheckerRules {
 
   /// Checks the current line, appending its problems to the report; true where it has any.
   bool CheckLine();
+  /// The boxes to show for all lines checked, in their order.
+  const std::vector<std::string>& boxes() const { return boxes_; }
 
   // What a rule is made of.
   CheckedLines& lines() { return *lines_; }
   const CheckContext& context() const { return context_; }
   bool Known(CodeTable table, std::string_view value) { return probes_.Known(table, value); }
-  platform::Prompter& prompter() { return session_->host.prompter; }
+  /// A box for the user. It waits for the answer, so it is shown once nothing is locked any more.
+  void AddBox(std::string text) { boxes_.push_back(std::move(text)); }
 
   /// One "… ESTE GOL" line for each empty column of the positions from `first` to `last`.
   void RequireFilled(int first, int last);
@@ -77,6 +81,7 @@ class CheckerRules {
   std::string* report_;
   CodeProbes probes_;
   std::vector<void (*)(CheckerRules&)> checks_;  ///< those that apply to the declaration
+  std::vector<std::string> boxes_;
   bool marked_ = false;
 };
 

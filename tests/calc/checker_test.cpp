@@ -291,6 +291,23 @@ TEST_F(CheckerTest, RefreshBringsTariffColumnsHalvesAndRetiredCountryUpToDate) {
   EXPECT_EQ(Stored(unknown, "Probleme").ToInteger(), -1);
 }
 
+TEST_F(CheckerTest, WithoutThePeriodsTariffItsColumnsStay) {
+  const std::int64_t id = AddLine(session(), "I", 2021, 3,
+                                  {{"Cod_NC", "39269097"},
+                                   {"Descriere_NC", "asa cum era"},
+                                   {"Cod_UMS", "kg"},
+                                   {"Exista_UMS", 1},
+                                   {"Val_UMS", 5.5},
+                                   {"Tara_Orig", "GB"}});
+  prompter().ExpectError("Nu se poate identifica fisierul pentru tabela tarif vamal");
+  prompter().ExpectInfo(kAllWell);
+  EXPECT_TRUE(Problems("I", 2021, 3).empty());
+  EXPECT_EQ(Stored(id, "Descriere_NC").ToText(), "asa cum era");
+  EXPECT_EQ(Stored(id, "Cod_UMS").ToText(), "kg");
+  EXPECT_EQ(Stored(id, "Val_UMS").ToDouble(), 5.501);
+  EXPECT_EQ(Stored(id, "Tara_Orig").ToText(), "XU");
+}
+
 TEST_F(CheckerTest, MarksOnlyItsOwnDeclarationAndClearsEarlierMarks) {
   const std::int64_t other_month = AddLine(session(), "I", 2026, 4, {{"Mod_Transp", "6"}, {"Net", 1.5}});
   const std::int64_t mended = AddLine(session(), "I", 2026, 3, {{"Probleme", -1}});
