@@ -30,7 +30,23 @@ void ProgramCommands::OpenManual() {
 }
 
 void ProgramCommands::UpdateRates() {
-  if (surroundings_->UpdateRates()) session_->host.prompter.Info("Curs valutar actualizat la zi");
+  platform::Prompter& prompter = session_->host.prompter;
+  switch (surroundings_->UpdateRates()) {
+    case calc::RatesOutcome::kUpToDate:
+      return prompter.Info("Curs valutar actualizat la zi");
+    case calc::RatesOutcome::kTriedToday:
+      return prompter.Info("Cursurile au fost actualizate deja astazi");
+    case calc::RatesOutcome::kNoMarker:
+      return prompter.Message(
+          "Cursurile nu se pot actualiza: lipseste fisierul\r\n" + session_->UnderSystem("CursBNR\\data.txt"),
+          "", platform::Icon::kExclamation);
+    case calc::RatesOutcome::kFailed:
+      return prompter.Message("Cursurile nu s-au actualizat. Motivul este in jurnalul erorilor:\r\n" +
+                                  session_->UnderSystem("Erori\\erori.txt"),
+                              "", platform::Icon::kExclamation);
+    case calc::RatesOutcome::kNotFetched:
+      break;
+  }
 }
 
 void ProgramCommands::Exit() {

@@ -17,8 +17,8 @@ class ProgramCommands {
   void Bind(Commands& commands);
 
   void Update();  ///< asks the server for a newer version, says so where there is none, offers it where it is
-  void OpenManual();  ///< the manual beside the executable
-  void UpdateRates();
+  void OpenManual();   ///< the manual beside the executable
+  void UpdateRates();  ///< runs the rates update and says how it ended
   /// The exit action, for every way of closing the main window: closes the screens (nothing more happens
   /// where one of them stays), releases the connections, compacts, ends. Closing the screens may come back
   /// here; the second call does nothing.

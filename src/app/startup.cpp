@@ -153,7 +153,11 @@ bool StartUp::OpenFirstScreen() {
 
 void StartUp::CompanyReady() {
   surroundings_->OpenScreen(Screen::kMainWindow);
-  if (std::exchange(rates_noted_, false)) surroundings_->UpdateRates();
+  if (std::exchange(rates_noted_, false)) {
+    surroundings_->UpdateRates();
+  } else if (session_->settings.UpdateCurs) {
+    surroundings_->TakeFetchedRates();
+  }
 }
 
 }  // namespace app

@@ -30,7 +30,8 @@ class StartUp {
   bool Run();
 
   /// A company has been opened or created: shows the main window, and on the first call runs the rates update
-  /// noted at the splash's end (rates are kept per company, so it has to wait for one).
+  /// noted at the splash's end (rates are kept per company, so it has to wait for one). Later companies take
+  /// what has been fetched by then.
   void CompanyReady();
 
   bool update_accepted() const { return update_accepted_; }

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "calc/rates_update.h"
+
 namespace app {
 
 enum class Screen { kCreateCompany, kSelectCompany, kMainWindow };
@@ -36,8 +38,10 @@ class Surroundings {
   /// Opens a document by its Windows path with the program that the user has for it; false where that failed.
   virtual bool OpenDocument(std::string_view path) = 0;
 
-  /// The exchange rates' run for the open company; true where the rates are up to date afterwards.
-  virtual bool UpdateRates() = 0;
+  /// The exchange rates' run for the open company.
+  virtual calc::RatesOutcome UpdateRates() = 0;
+  /// Its local half: what has been fetched already, for the open company.
+  virtual void TakeFetchedRates() = 0;
 
   /// Ends the message loop once pending events have run.
   virtual void EndProcess() = 0;

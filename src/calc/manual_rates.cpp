@@ -37,7 +37,12 @@ std::string ListedCurrency(session::Session& session, std::string_view typed) {
   return code.ToText();
 }
 
-/// Shows the first thing wrong with an entry and answers its column; completes the currency's spelling.
+bool IsSame(const RateKey& a, const RateKey& b) {
+  return a.Cod_Moneda == b.Cod_Moneda && a.Valid_La_Data == b.Valid_La_Data;
+}
+
+}  // namespace
+
 std::string FaultyField(session::Session& session, RateEntry& entry) {
   platform::Prompter& prompter = session.host.prompter;
   if (store::IsEmpty(entry.Cod_Moneda)) {
@@ -77,12 +82,6 @@ std::string FaultyField(session::Session& session, RateEntry& entry) {
   }
   return "";
 }
-
-bool IsSame(const RateKey& a, const RateKey& b) {
-  return a.Cod_Moneda == b.Cod_Moneda && a.Valid_La_Data == b.Valid_La_Data;
-}
-
-}  // namespace
 
 std::string RateCondition(const RateFilter& filter) {
   std::string condition;

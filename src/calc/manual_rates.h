@@ -47,6 +47,10 @@ std::optional<RateEntry> ReadRate(session::Session& session, const RateKey& key)
 /// That of the currency's newest rate, 1 where it has none.
 int UsualMultiplier(session::Session& session, const std::string& Cod_Moneda);
 
+/// Shows the first thing wrong with an entry and answers its column, "" where all is well; completes the
+/// currency's spelling and drops the hour of the day.
+std::string FaultyField(session::Session& session, RateEntry& entry);
+
 struct RateSaving {
   std::optional<RateKey> saved;
   std::string field;  ///< where nothing was saved: the column at fault, if any

@@ -55,7 +55,8 @@ void AddRate(session::Session& session, std::string_view Cod_Moneda, store::Date
 }
 
 store::Date LatestRateDay(const session::Session& session) {
-  constexpr int kDaysAhead = 7;
+  // An afternoon's rate may be entered under the day it is first used.
+  constexpr int kDaysAhead = 1;
   const platform::LocalTime now = session.host.clock.Now();
   return {platform::ToSerial({now.year, now.month, now.day, 0, 0, 0}) + kDaysAhead};
 }

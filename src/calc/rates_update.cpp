@@ -42,22 +42,33 @@ double MarkerDay(std::string_view content) {
 
 class RatesUpdate {
  public:
-  RatesUpdate(session::Session& session, const platform::Downloader& download)
-      : session_(session), host_(session.host), download_(download), today_(DayOf(host_.clock.Now())) {}
+  RatesUpdate(session::Session& session, platform::Downloader download)
+      : session_(session),
+        host_(session.host),
+        download_(std::move(download)),
+        today_(DayOf(host_.clock.Now())) {}
 
-  bool Run() {
-    if (!session_.company.is_open()) return false;
+  RatesOutcome Run() {
+    if (!session_.company.is_open()) return RatesOutcome::kFailed;
     const Marker marker = ReadMarker();
-    const bool taken_here = host_.files.Exists(file_) && TakeNewer() && added_ > 0;
+    const bool taken_here = TakeFetched();
     if (marker != Marker::kDue) {
       if (taken_here) ShowNewest();
-      return taken_here || marker == Marker::kCurrent;
+      if (taken_here || marker == Marker::kCurrent) return RatesOutcome::kUpToDate;
+      return marker == Marker::kToday ? RatesOutcome::kTriedToday : RatesOutcome::kNoMarker;
     }
-    if (!Fetch() || !TakeNewer()) return false;
+    if (!Fetch()) return RatesOutcome::kNotFetched;
+    if (!TakeNewer()) return RatesOutcome::kFailed;
     const std::optional<store::Date> newest = ShowNewest();
-    if (!newest) return false;
-    PassOverFile([&] { host_.files.Replace(marker_, "Actualizat:" + store::DateIso(*newest) + "\r\n"); });
-    return true;
+    if (!newest) return RatesOutcome::kFailed;
+    // A rate dated ahead must not count as the rates of the days until then.
+    const store::Date known{std::min(newest->days, today_)};
+    PassOverFile([&] { host_.files.Replace(marker_, "Actualizat:" + store::DateIso(known) + "\r\n"); });
+    return RatesOutcome::kUpToDate;
+  }
+
+  void RunLocally() {
+    if (session_.company.is_open() && TakeFetched()) ShowNewest();
   }
 
  private:
@@ -90,6 +101,9 @@ class RatesUpdate {
         platform::AddressBelow(session_.settings.www, "curs_bnr/curs.txt"), file_};
     return download_(request.Text(), IsRatesFile) && host_.files.Exists(file_);
   }
+
+  /// True where the file that is there brought something.
+  bool TakeFetched() { return host_.files.Exists(file_) && TakeNewer() && added_ > 0; }
 
   /// True where the file holds rows and those newer than the table, if any, were not all refused.
   bool TakeNewer() {
@@ -187,7 +201,7 @@ class RatesUpdate {
 
   session::Session& session_;
   platform::Host& host_;
-  const platform::Downloader& download_;
+  const platform::Downloader download_;
   const double today_;
   const std::string folder_ = session_.UnderSystem("CursBNR\\");
   const std::string file_ = folder_ + "curs.txt", marker_ = folder_ + "data.txt";
@@ -195,17 +209,30 @@ class RatesUpdate {
   std::vector<std::string> refused_;
 };
 
-}  // namespace
-
-bool CursSchimb_Actualizare(session::Session& session, const platform::Downloader& download) {
+void PassOver(session::Session& session, const std::function<void()>& run) {
   try {
-    return RatesUpdate(session, download).Run();
+    run();
   } catch (const platform::FileError& error) {
     session.host.errors.Write(kWhere, error.what());
   } catch (const store::Error& error) {
     session.host.errors.Write(kWhere, error.what());
   }
-  return false;
+}
+
+}  // namespace
+
+RatesOutcome UpdateRates(session::Session& session, const platform::Downloader& download) {
+  RatesOutcome outcome = RatesOutcome::kFailed;
+  PassOver(session, [&] { outcome = RatesUpdate(session, download).Run(); });
+  return outcome;
+}
+
+bool CursSchimb_Actualizare(session::Session& session, const platform::Downloader& download) {
+  return UpdateRates(session, download) == RatesOutcome::kUpToDate;
+}
+
+void TakeFetchedRates(session::Session& session) {
+  PassOver(session, [&] { RatesUpdate(session, {}).RunLocally(); });
 }
 
 bool IsRatesFile(std::string_view content) {

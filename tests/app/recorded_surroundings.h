@@ -41,10 +41,11 @@ class RecordedSurroundings : public app::Surroundings {
     calls.push_back("open " + std::string(path));
     return true;
   }
-  bool UpdateRates() override {
+  calc::RatesOutcome UpdateRates() override {
     calls.emplace_back("rates");
-    return true;
+    return rates;
   }
+  void TakeFetchedRates() override { calls.emplace_back("fetched rates"); }
   void EndProcess() override { calls.emplace_back("end"); }
 
   std::vector<std::string> roots;
@@ -52,6 +53,7 @@ class RecordedSurroundings : public app::Surroundings {
   bool elevates = true;
   bool screens_close = true;
   std::string version = "0";
+  calc::RatesOutcome rates = calc::RatesOutcome::kUpToDate;
   std::function<void()> on_close;
   std::vector<std::string> calls;
 };

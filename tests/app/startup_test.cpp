@@ -71,9 +71,12 @@ TEST_F(StartUpTest, WithoutCompanyOneIsCreated) {
   EXPECT_TRUE(session.creation_mode);
   EXPECT_FALSE(session.company.is_open());
   around.calls.clear();
-  start.CompanyReady();  // the creation screen's end; the rates run once, whatever is opened later
+  start.CompanyReady();  // the creation screen's end; a company opened later takes what has been fetched
   start.CompanyReady();
-  EXPECT_THAT(around.calls, ElementsAre("main window", "rates", "main window"));
+  session.settings.UpdateCurs = false;
+  start.CompanyReady();
+  EXPECT_THAT(around.calls,
+              ElementsAre("main window", "rates", "main window", "fetched rates", "main window"));
 }
 
 TEST_F(StartUpTest, SeveralCompaniesAreChosenFrom) {

@@ -128,6 +128,19 @@ TEST_F(RatesUpdateTest, ASecondCompanyTakesTheFileThatIsThere) {
   EXPECT_TRUE(Update());
   EXPECT_EQ(Rows(), 4);
   EXPECT_EQ(requests_.size(), 1U);
+
+  at_.AddCompany("RO777", "A TREIA SRL");
+  ExpectShown("13.03.2026");
+  TakeFetchedRates(at_.session);
+  EXPECT_EQ(Rows(), 4);
+  TakeFetchedRates(at_.session);  // nothing newer, nothing said
+  EXPECT_EQ(at_.files().Read(kMarker), "Actualizat:2026-03-13\r\n");
+}
+
+TEST_F(RatesUpdateTest, ARateDatedAheadDoesNotStopTheNextUpdate) {
+  ExpectShown("17.03.2026");
+  EXPECT_TRUE(Update("EUR;2026-03-17;4.98;1\r\n"));
+  EXPECT_EQ(at_.files().Read(kMarker), "Actualizat:2026-03-16\r\n");
 }
 
 TEST_F(RatesUpdateTest, WrongRowsAreNamedAndTheOthersTaken) {

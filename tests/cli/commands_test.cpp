@@ -90,6 +90,13 @@ TEST_F(Cli, AnswersForTariffAndRates) {
             "0.0000\n");
   EXPECT_EQ(Run({"rate", "--company", "RO123456", "--moneda", "HUF", "--date", "2026-03-05"}).out,
             "0.0128\n");
+  for (const auto& [currency, rate] : {std::pair("EUR", "0.00004"), {"QQQ", "4.97"}, {"RON", "1"}}) {
+    EXPECT_EQ(Run({"rate", "add", "--company", "RO123456", "--moneda", currency, "--date", "2026-03-04",
+                   "--curs", rate})
+                  .status,
+              cli::kRefused)
+        << currency;
+  }
 }
 
 TEST_F(Cli, TakesAWorksheetToTheDeclarationFile) {

@@ -210,10 +210,15 @@ void Desktop::OpenManualAt(std::string_view screen) {
   program_commands_.OpenManual();
 }
 
-bool Desktop::UpdateRates() {
+calc::RatesOutcome Desktop::UpdateRates() {
   const ui::LongRun run(session_->host.progress, QStringLiteral("Curs valutar"), ui::Stopping::kPossible,
                         Q(kDownloading));
-  return calc::CursSchimb_Actualizare(*session_, platform::DownloaderFor(session_->host));
+  return calc::UpdateRates(*session_, platform::DownloaderFor(session_->host));
+}
+
+void Desktop::TakeFetchedRates() {
+  const ui::LongRun run(session_->host.progress, QStringLiteral("Curs valutar"), ui::Stopping::kNotPossible);
+  calc::TakeFetchedRates(*session_);
 }
 
 void Desktop::EndProcess() {

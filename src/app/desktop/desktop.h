@@ -55,7 +55,8 @@ class Desktop : public Surroundings {
   std::string CheckVersion(bool interactive) override;
   bool RunElevated(std::string_view file, std::string_view parameters) override;
   bool OpenDocument(std::string_view path) override;
-  bool UpdateRates() override;
+  calc::RatesOutcome UpdateRates() override;
+  void TakeFetchedRates() override;
   void EndProcess() override;
 
  private:

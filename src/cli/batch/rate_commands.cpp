@@ -1,3 +1,4 @@
+#include "calc/manual_rates.h"
 #include "calc/rates.h"
 #include "cli/batch/context.h"
 
@@ -27,7 +28,10 @@ int Look(Context& context, const RateOptions& options) {
 int Add(Context& context, const RateOptions& options) {
   const store::Date date = ParseDate(options.date);
   RefuseApostrophe("Codul monedei", options.moneda);
-  calc::AddRate(context.Company(options.company), options.moneda, date, options.curs, options.multiplicator);
+  session::Session& session = context.Company(options.company);
+  calc::RateEntry entry{options.moneda, date, options.curs, options.multiplicator};
+  if (!calc::FaultyField(session, entry).empty()) return kRefused;
+  calc::AddRate(session, entry.Cod_Moneda, *entry.Valid_La_Data, options.curs, options.multiplicator);
   return kDone;
 }
 
