@@ -58,8 +58,10 @@ QString ForEditing(const store::Value& value, Format format, const QLocale& loca
   return Q(value.ToText());
 }
 
-std::optional<double> ParseNumber(const QString& text, const QLocale& locale) {
-  return calc::ParseTypedNumber(Utf8(text), Utf8(locale.decimalPoint()));
+std::optional<double> ParseNumber(const QString& text, Format format, const QLocale& locale) {
+  return calc::ParseTypedNumber(
+      Utf8(text), Utf8(locale.decimalPoint()),
+      format == Format::kRate ? calc::LoneMark::kDecimal : calc::LoneMark::kThousands);
 }
 
 bool RightAligned(Format format) {

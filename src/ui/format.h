@@ -24,14 +24,17 @@ enum class Format {
 Format FormatByText(std::string_view format);
 
 /// Null shows as nothing, and so does a tick (it is drawn).
-QString Shown(const store::Value& value, Format format, const QLocale& locale = QLocale());
+QString Shown(const store::Value& value, Format format = Format::kNumber, const QLocale& locale = QLocale());
 /// The same for typing into and for copying: all decimals there are, no grouping, a tick as "1" or "0".
-QString ForEditing(const store::Value& value, Format format, const QLocale& locale = QLocale());
+QString ForEditing(const store::Value& value, Format format = Format::kNumber,
+                   const QLocale& locale = QLocale());
 
 /// A number as typed (calc::ParseTypedNumber with the locale's mark). Nothing where it is none.
 /// A single point without the locale's decimal mark is a decimal point even where the locale groups by
-/// points: the number pad types one, and cells are edited without grouping.
-std::optional<double> ParseNumber(const QString& text, const QLocale& locale = QLocale());
+/// points: the number pad types one, and cells are edited without grouping. With kRate that holds also where
+/// it could separate thousands.
+std::optional<double> ParseNumber(const QString& text, Format format = Format::kNumber,
+                                  const QLocale& locale = QLocale());
 
 /// True for formats whose cells stand at the right.
 bool RightAligned(Format format);

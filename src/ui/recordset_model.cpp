@@ -58,7 +58,7 @@ bool RecordsetModel::SetTextAt(int row, int index, const QString& text) {
   if (format == Format::kTick) {
     value = typed == "1";
   } else if (RightAligned(format) && !typed.isEmpty()) {
-    const std::optional<double> number = ParseNumber(typed);
+    const std::optional<double> number = ParseNumber(typed, format);
     if (!number) return Refuse(QStringLiteral("\"%1\" nu este un numar").arg(typed));
     value = *number;
   } else if ((format == Format::kDate || format == Format::kDateTime) && !typed.isEmpty()) {

@@ -39,7 +39,8 @@ std::optional<std::string> Ungrouped(std::string_view whole, char mark) {
 
 }  // namespace
 
-std::optional<double> ParseTypedNumber(std::string_view text, std::string_view decimal_mark) {
+std::optional<double> ParseTypedNumber(std::string_view text, std::string_view decimal_mark,
+                                       LoneMark lone_mark) {
   const char mark = decimal_mark == "," ? ',' : '.';
   const char group = mark == ',' ? '.' : ',';
   std::string number = WithoutBlanks(platform::Trim(text));
@@ -61,8 +62,11 @@ std::optional<double> ParseTypedNumber(std::string_view text, std::string_view d
   const std::string_view fraction =
       at == std::string::npos ? std::string_view() : std::string_view(number).substr(at + 1);
   if (!AllDigits(fraction) || whole.size() + fraction.size() == 0) return std::nullopt;
-  if (const std::optional<std::string> digits = Ungrouped(whole, group)) return read(*digits, fraction);
   const std::size_t other = whole.find(group);
+  const bool lone = at == std::string::npos && other != std::string_view::npos && other == whole.rfind(group);
+  if (!lone || lone_mark == LoneMark::kThousands) {
+    if (const std::optional<std::string> digits = Ungrouped(whole, group)) return read(*digits, fraction);
+  }
   if (at != std::string::npos || whole.size() == 1 || !AllDigits(whole.substr(0, other)) ||
       !AllDigits(whole.substr(other + 1))) {
     return std::nullopt;

@@ -58,7 +58,8 @@ Frm_Curs::Frm_Curs(ui::Context& screen_context, const RateEntry& entry, std::opt
 RateEntry Frm_Curs::Typed() const {
   const auto text = [this](const char* name) { return Text(QString::fromLatin1(name)).trimmed(); };
   return {ui::Utf8(text("Cod_Moneda")), store::ParseDate(ui::Utf8(text("Valid_La_Data"))),
-          ui::ParseNumber(text("Curs_Schimb")), ui::ParseNumber(text("Multiplicator"))};
+          ui::ParseNumber(text("Curs_Schimb"), ui::Format::kRate),
+          ui::ParseNumber(text("Multiplicator"), ui::Format::kWhole)};
 }
 
 void Frm_Curs::Confirm() {

@@ -82,6 +82,13 @@ ColumnKind KindOf(store::ColumnType type) {
 
 }  // namespace
 
+calc::LoneMark EditorColumn::lone_mark() const {
+  for (const std::string_view rate : {"Curs_Schimb", "Transport_Curs", "Raport_Stat"}) {
+    if (platform::EqualsNoCase(field, rate)) return calc::LoneMark::kDecimal;
+  }
+  return calc::LoneMark::kThousands;
+}
+
 std::vector<EditorColumn> EditorColumns(const store::Recordset& lines, bool arrivals, bool provenance) {
   std::vector<EditorColumn> columns;
   for (int i = 0; i < lines.field_count(); ++i) {

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "calc/rounding/typed_number.h"
 #include "store/recordset.h"
 #include "tariff/codes.h"
 
@@ -24,6 +25,8 @@ struct EditorColumn {
   const tariff::CodeCheck* codes = nullptr;  ///< the list that its codes come from
 
   std::string fel() const { return {static_cast<char>(kind)}; }  ///< "T", "N", "D" or "B"
+  /// How numbers typed into it are read: the number pad's point in a rate is its decimal mark.
+  calc::LoneMark lone_mark() const;
 };
 
 /// The columns of a line query, in its order. Columns that only a query of the installation's own has are

@@ -1,6 +1,5 @@
 #include "declarations/editor/condition.h"
 
-#include "calc/rounding/typed_number.h"
 #include "declarations/editor/typed_text.h"
 #include "platform/encoding.h"
 
@@ -26,9 +25,10 @@ std::string BulkUpdateHead(std::string_view column, ColumnKind kind, std::string
   return statement + std::string(value);
 }
 
-std::string StatementValue(ColumnKind kind, std::string_view typed, std::string_view decimal_mark) {
+std::string StatementValue(ColumnKind kind, std::string_view typed, std::string_view decimal_mark,
+                           calc::LoneMark lone_mark) {
   if (kind == ColumnKind::kNumber) {
-    if (const std::optional<double> number = calc::ParseTypedNumber(typed, decimal_mark)) {
+    if (const std::optional<double> number = calc::ParseTypedNumber(typed, decimal_mark, lone_mark)) {
       return std::floor(*number) == *number && std::abs(*number) < 1e15
                  ? std::to_string(static_cast<long long>(*number))
                  : store::NumberText(*number);

@@ -32,6 +32,7 @@ std::string BulkUpdateHead(std::string_view column, ColumnKind kind, std::string
 
 /// A typed value as statements hold it: numbers with a decimal point, dates as "2026-03-05". What is neither
 /// stays as it is, so that the statement tells what is wrong with it.
-std::string StatementValue(ColumnKind kind, std::string_view typed, std::string_view decimal_mark);
+std::string StatementValue(ColumnKind kind, std::string_view typed, std::string_view decimal_mark,
+                           calc::LoneMark lone_mark = calc::LoneMark::kThousands);
 
 }  // namespace declarations

@@ -160,9 +160,10 @@ bool Editor::IsComplete(const Condition& condition) const {
 std::string Editor::TextOf(const Condition& condition) const {
   if (condition.empty()) return "";
   const int column = ColumnOf(condition.CmbColoanaWhere);
-  const ColumnKind kind = column < 0 ? ColumnKind::kText : columns_[Index(column)].kind;
-  return ConditionText(condition.CmbColoanaWhere, condition.TXT_SemnExpresie,
-                       StatementValue(kind, condition.Txt_ValueUpdateWhere, decimal_mark_));
+  const EditorColumn of = column < 0 ? EditorColumn() : columns_[Index(column)];
+  return ConditionText(
+      condition.CmbColoanaWhere, condition.TXT_SemnExpresie,
+      StatementValue(of.kind, condition.Txt_ValueUpdateWhere, decimal_mark_, of.lone_mark()));
 }
 
 bool Editor::Sort(int column, bool descending) {

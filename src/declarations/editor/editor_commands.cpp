@@ -33,9 +33,12 @@ bool Editor::ExecuteUpdate(std::string_view CmbColoanaUpdate, std::string_view T
                     "RASPUNDETI", platform::Icon::kQuestion)) {
     return false;
   }
-  const ColumnKind kind = columns_[Index(ColumnOf(CmbColoanaUpdate))].kind;
+  const EditorColumn& column = columns_[Index(ColumnOf(CmbColoanaUpdate))];
+  const ColumnKind kind = column.kind;
   std::string value(Txt_ValueUpdate);
-  if (kind != ColumnKind::kText) value = StatementValue(kind, Txt_ValueUpdate, decimal_mark_);
+  if (kind != ColumnKind::kText) {
+    value = StatementValue(kind, Txt_ValueUpdate, decimal_mark_, column.lone_mark());
+  }
   if (kind == ColumnKind::kDate && value != Txt_ValueUpdate) value = "#" + value + "#";
   try {
     const std::int64_t touched = session_->company.Execute(BulkUpdateHead(CmbColoanaUpdate, kind, value) +

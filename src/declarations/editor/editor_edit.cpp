@@ -1,6 +1,5 @@
 // Changing lines: cells, saving, copies, deletion.
 
-#include "calc/rounding/typed_number.h"
 #include "declarations/editor/editor.h"
 #include "declarations/editor/typed_text.h"
 #include "platform/encoding.h"
@@ -28,7 +27,7 @@ std::optional<store::Value> Editor::Parse(const EditorColumn& column, std::strin
   if (text.empty()) return store::Value();
   switch (column.kind) {
     case ColumnKind::kNumber: {
-      const std::optional<double> number = calc::ParseTypedNumber(text, decimal_mark_);
+      const std::optional<double> number = calc::ParseTypedNumber(text, decimal_mark_, column.lone_mark());
       if (!number) return refuse("nu este un numar");
       if (std::abs(*number) >= kLargestNumber) return refuse("este un numar prea mare");
       return store::Value(*number);

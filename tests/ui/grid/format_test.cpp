@@ -30,7 +30,7 @@ TEST(Format, ShowsNumbersInTheLocale) {
 
 TEST(Format, ReadsNumbersAsTyped) {
   const auto read = [](const char* text, const QLocale& locale = kRomanian) {
-    return ui::ParseNumber(QString::fromUtf8(text), locale);
+    return ui::ParseNumber(QString::fromUtf8(text), ui::Format::kAmount, locale);
   };
   EXPECT_EQ(read("1.234.567,89"), 1234567.89);
   EXPECT_EQ(read(" 1 234,5 "), 1234.5);
@@ -38,6 +38,11 @@ TEST(Format, ReadsNumbersAsTyped) {
   EXPECT_EQ(read("12.500"), 12500.0);
   EXPECT_EQ(read("-,5"), -0.5);
   EXPECT_EQ(read("1.000.000"), 1000000.0);
+  // A rate's single mark is the decimal one, whichever it is.
+  EXPECT_EQ(ui::ParseNumber("4.975", ui::Format::kRate, kRomanian), 4.975);
+  EXPECT_EQ(ui::ParseNumber("4,975", ui::Format::kRate, kEnglish), 4.975);
+  EXPECT_EQ(ui::ParseNumber("1.234,5", ui::Format::kRate, kRomanian), 1234.5);
+  EXPECT_EQ(ui::ParseNumber("1.234.567", ui::Format::kRate, kRomanian), 1234567.0);
   EXPECT_EQ(read("1,234.5", kEnglish), 1234.5);
   for (const char* wrong : {"", " ", ".", ",", "abc", "1,2,3", "12.34,5", "1.23.456", "12a", "1-2", "--1"}) {
     EXPECT_EQ(read(wrong), std::nullopt) << wrong;
