@@ -195,8 +195,13 @@ void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QMod
   // A message box shown while storing takes the focus, which asks for storing once more.
   if (stored_) return;
   stored_ = true;
-  const QString text = EditorText(editor);
-  if (text != before_) grid_->Store(index.row(), index.column(), text);
+  if (IsChanged(editor, index)) grid_->Store(index.row(), index.column(), EditorText(editor));
+}
+
+bool GridDelegate::IsChanged(QWidget* editor, const QModelIndex& at) const {
+  if (EditorText(editor) != before_) return true;
+  const auto* line = qobject_cast<QLineEdit*>(editor);
+  return line != nullptr && line->isModified() && grid_->grid_model()->TakesSameText(at.row(), at.column());
 }
 
 void GridDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
@@ -224,7 +229,7 @@ bool GridDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const Q
 bool GridDelegate::Finish(QWidget* editor) {
   const QModelIndex at = grid_->currentIndex();
   const QString text = EditorText(editor);
-  const bool changed = !stored_ && text != before_;
+  const bool changed = !stored_ && IsChanged(editor, at);
   stored_ = true;
   Q_EMIT closeEditor(editor, NoHint);
   return !changed || grid_->Store(at.row(), at.column(), text);

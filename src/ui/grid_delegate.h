@@ -47,6 +47,7 @@ class GridDelegate : public QStyledItemDelegate {
   bool OnKey(QWidget* editor, QKeyEvent* key);
   /// Enter, Tab and Esc while the list of completions stands open.
   bool OnListKey(CodeBox* box, QKeyEvent* key);
+  bool IsChanged(QWidget* editor, const QModelIndex& at) const;
   /// Closes the editor and stores what was typed; false where it was refused.
   bool Finish(QWidget* editor);
 

@@ -42,6 +42,8 @@ class GridModel : public QAbstractTableModel {
   /// the cell keeps what it had. May throw store::Error, which the grid shows.
   virtual bool SetTextAt(int row, int column, const QString& text);
   virtual bool CanEdit(int row, int column) const;
+  /// Whether typing what the cell holds already is an entry too.
+  virtual bool TakesSameText(int, int) const { return false; }
   /// What is wrong with a row (column -1) or a cell; shown as a mark in the margin, a tint and a tooltip.
   /// Asked for every cell painted.
   virtual QString ProblemAt(int row, int column) const;

@@ -9,9 +9,10 @@ namespace {
 constexpr char kAmounts[] = "##,##0.00";
 constexpr char kQuantities[] = "##,##0.0000";
 
-/// Transport to the destination is in the price: the part beyond the border is taken off.
-constexpr std::array<std::string_view, 8> kTransportIncluded = {"CIP", "CIF", "CPT", "CFR",
-                                                                "DDU", "DDP", "DES", "DAF"};
+/// Transport to the destination is in the price: the part beyond the border is taken off. The last three
+/// are the D terms of Incoterms 2010 and 2020, which the help text on the screen does not name.
+constexpr std::array<std::string_view, 11> kTransportIncluded = {"CIP", "CIF", "CPT", "CFR", "DDU", "DDP",
+                                                                 "DES", "DAF", "DAP", "DPU", "DAT"};
 
 std::string RateText(const store::Recordset& row) {
   return store::NumberText(Round(store::NumberOr(row.Get("Transport_Curs"), 1), 4));

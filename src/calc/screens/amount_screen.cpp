@@ -99,9 +99,12 @@ QRadioButton* AmountScreen::AddChoice(QHBoxLayout* row, const QString& name, con
 }
 
 void AmountScreen::AddAction(const QString& name, const QString& caption, std::function<void()> action) {
-  connect(AddChoice(op_row_, name, caption), &QRadioButton::clicked, this, [this, run = std::move(action)] {
-    CheckChosen();
-    Try(run);
+  auto* button = new QPushButton(caption, op_row_->parentWidget());
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  op_row_->insertWidget(op_row_->count() - 1, button);
+  connect(button, &QPushButton::clicked, this, [this, run = std::move(action)] {
+    if (grid()->CommitEdit()) Try(run);
   });
 }
 
@@ -121,6 +124,10 @@ void AmountScreen::OpenList() {
 }
 
 void AmountScreen::Choose(Redis_Mod mod, Redis_Op op) {
+  if (!grid()->CommitEdit()) {
+    CheckChosen();
+    return;
+  }
   const int lost = entered() ? redistribution_->LostBy(mod, op) : 0;
   if (lost > 0 &&
       !Ask(QStringLiteral("Ce ati introdus la %1 nu a fost redistribuit si se pierde la schimbarea optiunii. "

@@ -16,8 +16,7 @@ class AmountScreen : public GroupScreen {
                std::unique_ptr<AmountRedistribution> redistribution, QWidget* parent);
 
   AmountRedistribution& redistribution() { return *redistribution_; }
-  /// A further choice among the groupings that chooses none: it runs `action` and the former one stands
-  /// again.
+  /// A button beside the groupings. It is none of the choices, which arrow keys run through.
   void AddAction(const QString& name, const QString& caption, std::function<void()> action);
   /// Lays the screen out and shows the list of the first options.
   void OpenList();

@@ -106,6 +106,10 @@ bool GroupModel::SetTextAt(int row, int index, const QString& text) {
   return true;
 }
 
+bool GroupModel::TakesSameText(int row, int index) const {
+  return index == amount_ && tick_ >= 0 && !ValueAt(row, tick_).ToBoolean();
+}
+
 QString GroupModel::TextAt(int row, int index) const {
   const bool entered_later = tick_ >= 0 && columns()[static_cast<std::size_t>(index)].editable;
   if (entered_later && store::NumberOr(ValueAt(row, index), 0) == 0 &&

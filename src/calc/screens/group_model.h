@@ -28,6 +28,7 @@ class GroupModel : public ui::RecordsetModel {
   int ShownRow(std::int64_t list_row) const;
 
   bool SetTextAt(int row, int column, const QString& text) override;
+  bool TakesSameText(int row, int column) const override;  ///< an amount typed again ticks its row again
   QString TextAt(int row, int column) const override;
   QString ProblemAt(int row, int column) const override;
   QVariant data(const QModelIndex& index, int role) const override;

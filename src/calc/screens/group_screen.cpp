@@ -1,6 +1,6 @@
 #include "calc/screens/group_screen.h"
 
-#include <QRadioButton>
+#include <QAbstractButton>
 #include <QShortcut>
 #include <QSplitter>
 
@@ -128,7 +128,9 @@ void GroupScreen::Open(const QString& close_name) {
     if (before != nullptr) setTabOrder(before, widget);
     before = widget;
   };
-  for (QAbstractButton* choice : findChildren<QRadioButton*>()) next(choice);
+  for (int i = 0; i < options_->count(); ++i) {
+    for (auto* choice : options_->itemAt(i)->widget()->findChildren<QAbstractButton*>()) next(choice);
+  }
   next(grid_);
   next(figures_grid_);
   for (QPushButton* button : commands_->findChildren<QPushButton*>()) next(button);
@@ -161,6 +163,7 @@ void GroupScreen::ClearFigures() {
 }
 
 void GroupScreen::ReadAgain() {
+  if (!grid_->CommitEdit()) return;
   calculation_->Load();
   ClearFigures();
   model_->Refresh();
@@ -275,6 +278,7 @@ void GroupScreen::Paste(int row, int column, const QString& text) {
 }
 
 void GroupScreen::Run() {
+  if (!grid_->CommitEdit()) return;  // the commands' keys come while a cell is being typed in
   RunReport report;
   {
     const ui::LongRun run(session().host.progress, windowTitle(), ui::Stopping::kPossible);
@@ -314,6 +318,7 @@ bool GroupScreen::Ask(const QString& question) {
 }
 
 void GroupScreen::reject() {
+  if (!grid_->CommitEdit()) return;
   if (entered_ && !figures_.empty() && !Ask(EnteredText() + QStringLiteral(". Inchid ecranul ?"))) return;
   Screen::reject();
 }

@@ -29,6 +29,7 @@ void Frm_Calcul_Transp_Statistic::OpenPercentages() {
 }
 
 void Frm_Calcul_Transp_Statistic::RemoveAll() {
+  if (!grid()->CommitEdit()) return;
   const std::optional<std::int64_t> lines =
       static_cast<TransportRedistribution&>(calculation()).CmdStergeRedistribuire();
   if (!lines) return;

@@ -58,14 +58,20 @@ class CalculationScreens : public testing::Test {
   static bool Ticked(ui::Grid& grid, int row) {
     return grid.grid_model()->ValueAt(row, ColumnOf(grid, "Redistribuie")).ToBoolean();
   }
-  /// Typed over the cell and left with Enter.
-  void Type(int row, const char* caption, const QString& text) {
+  /// Typed over the cell, which stays open.
+  QLineEdit* BeginTyping(int row, const char* caption, const QString& text) {
     Groups().setFocus();
     Groups().SelectRow(row, ColumnOf(Groups(), caption));
     QTest::keyClicks(&Groups(), text.left(1));
     auto* editor = Groups().viewport()->findChild<QLineEdit*>();
-    ASSERT_NE(editor, nullptr) << caption;
-    QTest::keyClicks(editor, text.mid(1));
+    EXPECT_NE(editor, nullptr) << caption;
+    if (editor != nullptr) QTest::keyClicks(editor, text.mid(1));
+    return editor;
+  }
+  /// Typed over the cell and left with Enter.
+  void Type(int row, const char* caption, const QString& text) {
+    QLineEdit* editor = BeginTyping(row, caption, text);
+    ASSERT_NE(editor, nullptr);
     QTest::keyClick(editor, Qt::Key_Return);
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
@@ -106,6 +112,8 @@ TEST_F(CalculationScreens, ATransportInvoiceIsTypedPreviewedAndShared) {
   EXPECT_EQ(screen_->focusWidget(), &Groups());
   Option("Redis_Op_Doc").setFocus();
   QTest::keyClick(&Option("Redis_Op_Doc"), Qt::Key_Tab);
+  EXPECT_EQ(screen_->focusWidget(), &ScreenFixture::Get<QPushButton>(*screen_, "Redis_Op_Proc"));
+  QTest::keyClick(screen_->focusWidget(), Qt::Key_Tab);
   EXPECT_EQ(screen_->focusWidget(), &Groups());
   Figures().setFocus();
   QTest::keyClick(&Figures(), Qt::Key_Tab);
@@ -232,7 +240,7 @@ TEST_F(CalculationScreens, PercentagesOpenFromTheTransportScreen) {
     ScreenFixture::Click(*percentages, "CmdAjustare");
     ScreenFixture::Click(*percentages, "CmdClose");
   });
-  Option("Redis_Op_Proc").click();
+  ScreenFixture::Click(*screen_, "Redis_Op_Proc");
   EXPECT_TRUE(opened);
   EXPECT_TRUE(Option("Redis_Op_Doc").isChecked());
   EXPECT_EQ(changed_, 1);
@@ -272,6 +280,37 @@ TEST_F(CalculationScreens, NetMassesArePastedAndSharedByCode) {
   EXPECT_EQ(Cell(Figures(), 1, "Redistribuit [Kg]"), "");
   screen_->close();
   EXPECT_FALSE(screen_->isVisible()) << "nothing left to ask for";
+}
+
+TEST_F(CalculationScreens, WhatIsBeingTypedBelongsToTheRun) {
+  const std::int64_t id = Line({{"Cantitate", 1.0}, {"Factura_Numar", "F1"}});
+  Show<Frm_Calcul_Transp_Statistic>();
+  BeginTyping(0, "Suma de redistribuit", "100");
+  ExpectDone(1);
+  Run();
+  EXPECT_EQ(Stored(id, "Transport_Suma"), 100.0);
+
+  // The same amount typed again ticks the row again; a cell only looked into does not.
+  Groups().SelectRow(0, ColumnOf(Groups(), "Redistribuie"));
+  QTest::keyClick(&Groups(), Qt::Key_Space);
+  ASSERT_FALSE(Ticked(Groups(), 0));
+  Groups().SelectRow(0, ColumnOf(Groups(), "Suma de redistribuit"));
+  QTest::keyClick(&Groups(), Qt::Key_F2);
+  QTest::keyClick(Groups().viewport()->findChild<QLineEdit*>(), Qt::Key_Return);
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_FALSE(Ticked(Groups(), 0));
+  Type(0, "Suma de redistribuit", "100");
+  EXPECT_TRUE(Ticked(Groups(), 0));
+
+  BeginTyping(0, "Curs  Optional", "x");
+  on_.at.prompter().ExpectError("\"x\" nu este un numar");
+  screen_->close();
+  EXPECT_TRUE(screen_->isVisible());
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  Type(0, "Curs  Optional", "4.975");  // the number pad's point
+  EXPECT_EQ(Cell(Groups(), 0, "Curs  Optional"), "4,9750");
+  ExpectAsked("Sumele introduse nu au fost redistribuite si se pierd. Inchid ecranul ?", true);
+  screen_->close();
 }
 
 TEST_F(CalculationScreens, AStoppedRunKeepsWhatWasEnteredAndAnEmptyListSaysWhy) {
