@@ -163,6 +163,7 @@ class Parser {
     column.group_total = node.attribute("Total").as_string() == std::string_view("Group");
     column.total = column.group_total || Switch(node, "Total", false);
     column.optional = Switch(node, "Optional", false);
+    column.filled = Switch(node, "Filled", false);
     column.only = node.attribute("Only").as_string();
     if (!column.only.empty() && column.only.find('=') == std::string::npos) {
       Refuse(fmt::format("Only este \"{}\"; se asteapta nume=valoare", column.only));

@@ -44,6 +44,7 @@ struct ColumnDefinition {
   bool total = false;
   bool group_total = false;  ///< summed up in groups only: amounts of different currencies
   bool optional = false;     ///< left out where the source lacks the field
+  bool filled = false;       ///< of "*": without the columns that are empty in every row
   std::string only;          ///< "TIP=O": left out unless that placeholder has that value
 };
 

@@ -1,14 +1,17 @@
 #include "reports/layout.h"
 
+#include "platform/encoding.h"
 #include "platform/utf8.h"
 
 namespace reports {
 namespace {
 
-constexpr double kSizes[] = {9, 8, 7, 6.5, 6, 5.5};
+constexpr double kSizes[] = {9, 8, 7, 6.5, 6, 5.5, 5};
 constexpr int kMeasuredRows = 1500;  // evenly chosen, of longer lists
 constexpr int kNarrowText = 14;      // characters that a text column keeps where its definition has no width
-constexpr int kLongWord = 24;        // longer words may be broken
+constexpr std::string_view kSigns = "_-/.,;:+";  // behind which a long word is rather broken
+constexpr int kLongWord = 24;                    // longer words may be broken
+constexpr int kTightWord = 14;                   // and these where the page is too full
 constexpr double kTitleFactor = 1.45, kLeastTitleFactor = 1.15;
 constexpr double kSmall = 8;    // letters of the foot and of the title on further pages
 constexpr double kIndent = 12;  // points a group's level stands further in
@@ -19,11 +22,11 @@ std::size_t CharactersEnd(std::string_view text, int count) {
   return at;
 }
 
-double LongestWord(const FontTable& font, std::string_view text) {
+double LongestWord(const FontTable& font, std::string_view text, int most = kLongWord) {
   double longest = 0;
   while (!text.empty()) {
     const std::string_view word = text.substr(0, text.find(' '));
-    longest = std::max(longest, font.Width(word.substr(0, CharactersEnd(word, kLongWord)), 1));
+    longest = std::max(longest, font.Width(word.substr(0, CharactersEnd(word, most)), 1));
     text.remove_prefix(std::min(text.size(), word.size() + 1));
   }
   return longest;
@@ -58,17 +61,18 @@ std::vector<std::string_view> Wrap(std::string_view text, const FontTable& font,
   std::vector<std::string_view> lines;
   while (font.Width(text, size) > room) {
     double width = 0;
-    std::size_t at = 0, word_end = 0;
+    std::size_t at = 0, word_end = 0, sign_end = 0;
     while (at < text.size()) {
       std::size_t next = at;
       platform::NextCodePoint(text, next);
       if (text[at] == ' ') word_end = at;
       width += font.Width(text.substr(at, next - at), size);
       if (width > room && text[at] != ' ') break;
+      if (kSigns.find(text[at]) != std::string_view::npos) sign_end = next;
       at = next;
     }
     if (at >= text.size()) break;  // only blanks were too much
-    std::size_t cut = word_end > 0 ? word_end : at;
+    std::size_t cut = word_end > 0 ? word_end : sign_end > at / 2 ? sign_end : at;
     if (cut == 0) {  // a cell narrower than its first letter
       platform::NextCodePoint(text, cut);
       if (cut >= text.size()) break;
@@ -83,7 +87,11 @@ std::vector<std::string_view> Wrap(std::string_view text, const FontTable& font,
 
 Layout::Layout(const Report& report, const Fonts& fonts, PageSize page, Footer footer,
                Orientation orientation)
-    : report_(&report), fonts_(&fonts), page_(page), footer_(std::move(footer)) {
+    : report_(&report),
+      fonts_(&fonts),
+      page_(page),
+      footer_(std::move(footer)),
+      title_(platform::Trim(report.title())) {
   MeasureColumns();
   ChoosePage(orientation);
   ChooseFont();
@@ -105,7 +113,8 @@ void Layout::MeasureColumns() {
     const bool text_column = column.alignment != Alignment::kRight && !column.total;
     const double caption = fonts_->bold.Width(column.caption, 1);
     // A heading takes three lines before its column grows.
-    double widest = 0, longest_word = std::max(LongestWord(fonts_->bold, column.caption), caption * 0.4);
+    double widest = 0, tight = 0,
+           longest_word = std::max(LongestWord(fonts_->bold, column.caption), caption * 0.4);
     for (const Band* band : measured) {
       if (band->totals >= 0 && !column.total) continue;
       const std::string text = report_->TextOf(*band, c);
@@ -113,21 +122,25 @@ void Layout::MeasureColumns() {
       if (width > longest_word) {
         longest_word = std::max(longest_word, text_column ? LongestWord(fonts_->plain, text) : width);
       }
+      if (width > tight) {
+        tight = std::max(tight, text_column ? LongestWord(fonts_->plain, text, kTightWord) : width);
+      }
       widest = std::max(widest, width);
     }
     const double readable = average * (column.width > 0 ? column.width : kNarrowText);
     Measure measure;
     measure.least = longest_word;
-    measure.natural =
-        std::max(widest, column.width > 0 ? longest_word : fonts_->bold.Width(column.caption, 1));
+    measure.tight = std::max(tight, LongestWord(fonts_->bold, column.caption, kTightWord));
     measure.wanted = std::max(longest_word, text_column ? std::min(widest, readable) : widest);
+    measure.content = std::max(measure.wanted, widest);
+    measure.natural = std::max(measure.content, column.width > 0 ? std::min(caption, readable) : caption);
     measures_.push_back(measure);
   }
 }
 
 double Layout::Needed(double Measure::*measure, double size) const {
   double sum = 0;
-  for (const Measure& each : measures_) sum += each.*measure * size + 2 * size / 3;
+  for (const Measure& each : measures_) sum += each.*measure * size + 2 * size * kPadding;
   return sum;
 }
 
@@ -152,48 +165,50 @@ void Layout::ChooseFont() {
   }
 }
 
-/// What is left of the page goes to the texts that had to wrap, then to the widest text; what is missing is
-/// taken from texts down to their longest words, at last from all alike.
+/// What is left of the page goes to the texts that had to wrap, then to the headings, at last to the widest
+/// text; what is missing is taken from texts down to their longest words, at last from all alike.
 void Layout::FitColumns() {
-  widths_.clear();
-  const double natural = Needed(&Measure::natural, size_), wanted = Needed(&Measure::wanted, size_);
-  const double least = Needed(&Measure::least, size_);
+  constexpr double Measure::*kLevels[] = {&Measure::tight, &Measure::least, &Measure::wanted,
+                                          &Measure::content, &Measure::natural};
   const auto width = [&](const Measure& each, double Measure::*which) {
     return each.*which * size_ + 2 * pad();
   };
-  if (natural <= room()) {
-    std::size_t filler = measures_.size();
-    for (std::size_t i = 0; i < measures_.size(); ++i) {
-      widths_.push_back(width(measures_[i], &Measure::natural));
-      if (report_->columns()[i].alignment != Alignment::kLeft) continue;
-      if (filler == measures_.size() || measures_[i].natural > measures_[filler].natural) filler = i;
-    }
-    if (filler < measures_.size()) widths_[filler] += room() - natural;
+  widths_.clear();
+  std::size_t level = 0;
+  while (level < std::size(kLevels) && Needed(kLevels[level], size_) <= room()) ++level;
+  if (level == 0) {
+    const double shrunk = room() / Needed(&Measure::tight, size_);
+    for (const Measure& each : measures_) widths_.push_back(width(each, &Measure::tight) * shrunk);
     return;
   }
-  for (const Measure& each : measures_) {
-    const double small = width(each, &Measure::least), middle = width(each, &Measure::wanted),
-                 large = width(each, &Measure::natural);
-    if (wanted <= room()) {
-      widths_.push_back(middle + (large - middle) * (room() - wanted) / std::max(natural - wanted, 1e-6));
-    } else if (least <= room()) {
-      widths_.push_back(small + (middle - small) * (room() - least) / std::max(wanted - least, 1e-6));
-    } else {
-      widths_.push_back(small * room() / least);
+  if (level < std::size(kLevels)) {
+    const double small = Needed(kLevels[level - 1], size_), large = Needed(kLevels[level], size_);
+    const double share = (room() - small) / std::max(large - small, 1e-6);
+    for (const Measure& each : measures_) {
+      const double from = width(each, kLevels[level - 1]);
+      widths_.push_back(from + (width(each, kLevels[level]) - from) * share);
     }
+    return;
   }
+  std::size_t filler = measures_.size();
+  for (std::size_t i = 0; i < measures_.size(); ++i) {
+    widths_.push_back(width(measures_[i], &Measure::natural));
+    if (report_->columns()[i].alignment != Alignment::kLeft) continue;
+    if (filler == measures_.size() || measures_[i].natural > measures_[filler].natural) filler = i;
+  }
+  if (filler < measures_.size()) widths_[filler] += room() - Needed(&Measure::natural, size_);
 }
 
 /// A title that is only a little too long becomes smaller, a longer one takes several lines.
 double Layout::TitleSize() const {
   const double wanted = kSizes[0] * kTitleFactor;
-  const double fitting = TitleRoom() / std::max(fonts_->bold.Width(report_->title(), 1), 1e-6);
+  const double fitting = TitleRoom() / std::max(fonts_->bold.Width(title_, 1), 1e-6);
   return std::clamp(fitting, kSizes[0] * kLeastTitleFactor, wanted);
 }
 
 double Layout::TitleHeight() const {
   const double size = TitleSize();
-  const std::size_t title = Wrap(report_->title(), fonts_->bold, size, TitleRoom() + 0.01).size();
+  const std::size_t title = Wrap(title_, fonts_->bold, size, TitleRoom() + 0.01).size();
   const double lines = static_cast<double>(report_->lines().size());
   return (static_cast<double>(title) * size + lines * kSizes[0]) * fonts_->plain.height + 10;
 }
@@ -314,8 +329,11 @@ double Layout::PutLines(PageContent& content, double x, double top, double width
 }
 
 double Layout::PutRunningTitle(PageContent& content) const {
-  Put(content, page_.margin, page_.margin, room(), Cut(report_->title(), fonts_->plain, kSmall, TitleRoom()),
-      false, Alignment::kLeft, kSmall);
+  // With whose report it is, for pages that come apart.
+  std::string title = title_;
+  if (!report_->lines().empty()) title += "   " + report_->lines()[0];
+  Put(content, page_.margin, page_.margin, room(), Cut(title, fonts_->plain, kSmall, TitleRoom()), false,
+      Alignment::kLeft, kSmall);
   Put(content, page_.margin, page_.margin, room(), footer_.date, false, Alignment::kRight, kSmall);
   return RunningTitleHeight();
 }
@@ -324,8 +342,8 @@ double Layout::PutTitle(PageContent& content) const {
   const double size = TitleSize();
   double y = page_.margin;
   Put(content, page_.margin, y, room(), footer_.date, false, Alignment::kRight, kSizes[0]);
-  y += PutLines(content, page_.margin, y, room(),
-                Wrap(report_->title(), fonts_->bold, size, TitleRoom() + 0.01), true, Alignment::kLeft, size);
+  y += PutLines(content, page_.margin, y, room(), Wrap(title_, fonts_->bold, size, TitleRoom() + 0.01), true,
+                Alignment::kLeft, size);
   for (const std::string& text : report_->lines()) {
     Put(content, page_.margin, y, room(), text, false, Alignment::kLeft, kSizes[0]);
     y += fonts_->plain.height * kSizes[0];

@@ -91,8 +91,12 @@ class Layout {
     std::vector<std::size_t> continued;  ///< group headers repeated on top
   };
   struct Measure {
-    double natural = 0, wanted = 0, least = 0;  ///< at one point's size, without padding
+    /// At one point's size, without padding: with long words broken, what must be, what should be, whole
+    /// texts, headings on one line.
+    double tight = 0, least = 0, wanted = 0, content = 0, natural = 0;
   };
+
+  static constexpr double kPadding = 0.4;  ///< of the letters' size, at either side of a cell
 
   void MeasureColumns();
   void ChoosePage(Orientation orientation);
@@ -100,7 +104,7 @@ class Layout {
   void FitColumns();
   double Needed(double Measure::*measure, double size) const;
   double room() const { return page_.width - 2 * page_.margin; }
-  double pad() const { return size_ / 3; }
+  double pad() const { return size_ * kPadding; }
   double line() const { return fonts_->plain.height * size_; }
 
   double TitleRoom() const { return room() - 70; }  ///< beside the date
@@ -133,6 +137,7 @@ class Layout {
   const Fonts* fonts_;
   PageSize page_;
   Footer footer_;
+  std::string title_;
   std::vector<Measure> measures_;
   std::vector<double> widths_;
   double size_ = 9;

@@ -80,6 +80,13 @@ std::string Report::Fill(std::string_view text, int row) const {
   });
 }
 
+bool Report::IsEmptyColumn(int column) const {
+  for (int row = 0; row < table_->rows(); ++row) {
+    if (!store::IsEmpty(table_->ValueAt(row, column))) return false;
+  }
+  return table_->rows() > 0;
+}
+
 void Report::ResolveColumns(const Definition& definition) {
   const auto add = [&](const ColumnDefinition& column, int source) {
     const Table::Column& own = table_->columns()[static_cast<std::size_t>(source)];
@@ -99,6 +106,7 @@ void Report::ResolveColumns(const Definition& definition) {
     }
     if (column.field == "*") {
       for (int i = 0; i < table_->visible_columns(); ++i) {
+        if (column.filled && IsEmptyColumn(i)) continue;
         const auto own = std::find_if(given.begin(), given.end(), [&](const ColumnDefinition& each) {
           return table_->ColumnOf(each.field) == i;
         });

@@ -57,6 +57,7 @@ class Report {
   bool has_totals() const { return has_totals_; }
 
  private:
+  bool IsEmptyColumn(int column) const;
   void ResolveColumns(const Definition& definition);
   void ResolveGroups(const Definition& definition);
   bool StandTogether(const std::vector<int>& columns) const;

@@ -41,14 +41,21 @@ bool MailWithAttachment(const QString& host_path) {
 #endif
 }
 
+QString FileNameFor(const QString& title) {
+  QString name;
+  for (const QChar c : QString(title).replace(QStringLiteral(" / "), QStringLiteral("-"))) {
+    name += QStringLiteral("\\/:*?\"<>|").contains(c) ? QChar(' ') : c;
+  }
+  name = name.simplified();
+  while (name.endsWith('-') || name.endsWith(' ')) name.chop(1);
+  return name;
+}
+
 std::string AskForFile(Screen* screen, const QString& title, const QString& caption, const QString& filter,
                        const QString& extension) {
   session::Session& session = screen->session();
   platform::Files& files = session.host.files;
-  QString name;
-  for (const QChar c : title) name += QStringLiteral("\\/:*?\"<>|").contains(c) ? QChar(' ') : c;
-  name = name.trimmed();
-  while (name.endsWith('-') || name.endsWith(' ')) name.chop(1);
+  const QString name = FileNameFor(title);
   std::string folder = session.settings.DirectorSalvare;
   if (folder == "\\" || !files.FolderExists(folder)) {
     folder = files.drives().FromHost(std::filesystem::path(QDir::homePath().toStdU16String())) + "\\";

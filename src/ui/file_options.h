@@ -25,6 +25,9 @@ class Frm_Fisier_Optiuni : public Screen {
   QLabel* status_;
 };
 
+/// A title as the name of a file, without extension: what no file name may have is left out.
+QString FileNameFor(const QString& title);
+
 /// Asks where to write a file: a name made of the title, in the folder that the settings name for saving.
 /// Windows path; empty where the user gives up.
 std::string AskForFile(Screen* screen, const QString& title, const QString& caption, const QString& filter,

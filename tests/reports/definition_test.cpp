@@ -115,6 +115,8 @@ TEST(Report, ColumnsAreTakenByNamePositionAndCondition) {
                           {{"DE", 1, 2}, {"DE", 3, 4}});
   EXPECT_EQ(Bands(all), " DE 1.00 2.00\n DE 3.00 4.00\n[TOTAL (2)]  4.00 \n");
   EXPECT_EQ(all.columns()[1].caption, "Valoare");
+  EXPECT_EQ(Bands(Made("<Column Field=\"*\" Filled=\"1\"/>", {{"", 1, store::Value()}, {" ", 0, {}}})),
+            " 1.00\n 0.00\n");
   for (const char* wrong :
        {"<Column Field=\"Lipsa\"/>", "<Column Field=\"#4\"/>",
         "<Column Field=\"Tara\"/><Group Field=\"Lipsa\"/>", "<Line>{Lipsa}</Line><Column Field=\"Tara\"/>"}) {

@@ -64,6 +64,8 @@ TEST(Wrap, BreaksBetweenWordsAndInLongOnes) {
   EXPECT_EQ(wrapped("unu doi trei", 4), "unu/doi/trei/");
   EXPECT_EQ(wrapped("abcdefghij kl", 4), "abcd/efgh/ij/kl/");
   EXPECT_EQ(wrapped("țară și limbă", 4), "țară/și/limb/ă/");
+  EXPECT_EQ(wrapped("AB_CD-EFGHIJK", 7), "AB_CD-/EFGHIJK/");  // codes rather behind a sign
+  EXPECT_EQ(wrapped("A_BCDEFGHIJK", 7), "A_BCDEF/GHIJK/");
   EXPECT_EQ(wrapped("", 4), "/");
   EXPECT_EQ(wrapped("ab", 0), "a/b/");
 }

@@ -378,7 +378,7 @@ void Frm_Raport::Print() {
   QPrinter printer(QPrinter::HighResolution);
   printer.setPageSize(QPageSize(QPageSize::A4));
   printer.setPageOrientation(landscape() ? QPageLayout::Landscape : QPageLayout::Portrait);
-  printer.setDocName(Title());
+  printer.setDocName(ui::FileNameFor(Title()));  // also that of a file printed to
   printer.setFromTo(1, layout_->page_count());
   QPrintDialog dialog(&printer, this);
   dialog.setOption(QAbstractPrintDialog::PrintCurrentPage);
@@ -498,9 +498,7 @@ void Frm_Raport::SendByMail() {
   const QByteArray bytes = MakePdf();
   if (bytes.isEmpty()) return;
   // The mail program reads the file when it likes: it stays among the user's temporary files.
-  QString name;
-  for (const QChar c : Title()) name += QStringLiteral("\\/:*?\"<>|").contains(c) ? QChar(' ') : c;
-  const QString path = QDir::temp().filePath(name.simplified() + QStringLiteral(".pdf"));
+  const QString path = QDir::temp().filePath(ui::FileNameFor(Title()) + QStringLiteral(".pdf"));
   QFile file(path);
   if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
     session().host.prompter.Error(
