@@ -11,6 +11,7 @@ constexpr std::size_t kLongestText = 32767;   // characters in a cell, by the fi
 constexpr std::size_t kMostRows = 1'048'576;  // of a sheet
 constexpr double kFirstSafeDay = 61;          // 1 March 1900: before it, spreadsheets count one day wrongly
 constexpr std::size_t kWidest = 60;           // characters of a column; longer texts are wrapped
+constexpr double kPlain = 1.1, kBold = 0.85;  // letters that have room where a digit has
 constexpr char kExporting[] = "Export in Excel";
 
 /// Sheet names have at most 31 characters and none of []:*?/\ .
@@ -45,6 +46,34 @@ const char* NumberFormat(Format format) {
   }
 }
 
+/// Lines that a text takes in a column, broken between words.
+std::size_t LinesIn(std::string_view text, std::size_t characters) {
+  std::size_t lines = 1, used = 0;
+  while (!text.empty()) {
+    const std::string_view word = text.substr(0, text.find(' '));
+    const std::size_t length = platform::Utf8Length(word);
+    if (used > 0 && used + 1 + length > characters) {
+      ++lines;
+      used = 0;
+    }
+    used += (used > 0 ? 1 : 0) + length;
+    lines += (used - std::min<std::size_t>(used, 1)) / characters;
+    used = used == 0 ? 0 : (used - 1) % characters + 1;
+    text.remove_prefix(std::min(text.size(), word.size() + 1));
+  }
+  return lines;
+}
+
+std::size_t LongestWord(std::string_view text) {
+  std::size_t longest = 0;
+  while (!text.empty()) {
+    const std::string_view word = text.substr(0, text.find(' '));
+    longest = std::max(longest, platform::Utf8Length(word));
+    text.remove_prefix(std::min(text.size(), word.size() + 1));
+  }
+  return longest;
+}
+
 class Writer {
  public:
   Writer(const Report& report, bool landscape, lxw_workbook* book)
@@ -53,10 +82,6 @@ class Writer {
         book_(book),
         sheet_(workbook_add_worksheet(book, SheetName(report.title()).c_str())) {
     bold_ = NewFormat(Format::kText, true);
-    heading_ = NewFormat(Format::kText, true);
-    format_set_text_wrap(heading_);
-    format_set_bottom(heading_, LXW_BORDER_THIN);
-    format_set_align(heading_, LXW_ALIGN_VERTICAL_TOP);
     wrapped_ = NewFormat(Format::kText, false);
     format_set_text_wrap(wrapped_);
     format_set_align(wrapped_, LXW_ALIGN_VERTICAL_TOP);
@@ -64,6 +89,7 @@ class Writer {
       const Format format = report.FormatOf(c);
       formats_.push_back(format);
       plain_.push_back(NewFormat(format, false));
+      format_set_align(plain_.back(), LXW_ALIGN_VERTICAL_TOP);  // beside texts of several lines
       sums_.push_back(NewFormat(format, true));
     }
   }
@@ -72,18 +98,29 @@ class Writer {
 
   void WriteTop() {
     for (std::size_t c = 0; c < formats_.size(); ++c) {
-      std::size_t widest = platform::Utf8Length(report_.columns()[c].caption) / 2 + 2;
-      for (std::size_t i = 0; i < std::min<std::size_t>(report_.bands().size(), 300); ++i) {
-        widest = std::max(widest, platform::Utf8Length(report_.TextOf(report_.bands()[i], c)) + 1);
+      const std::string& caption = report_.columns()[c].caption;
+      std::size_t widest = std::max(platform::Utf8Length(caption) / 2, LongestWord(caption)) + 3;
+      const std::vector<Band>& bands = report_.bands();
+      for (std::size_t i = 0; i < bands.size(); ++i) {
+        if (i > 300 && bands[i].totals < 0) continue;
+        const std::size_t bold = bands[i].totals >= 0 ? 2 : 0;
+        widest = std::max(widest, platform::Utf8Length(report_.TextOf(bands[i], c)) + 1 + bold);
       }
-      worksheet_set_column(sheet_, Column(c), Column(c),
-                           static_cast<double>(std::clamp<std::size_t>(widest, 6, kWidest)), nullptr);
+      widths_.push_back(std::clamp<std::size_t>(widest, 6, kWidest));
+      worksheet_set_column(sheet_, Column(c), Column(c), static_cast<double>(widths_.back()), nullptr);
     }
     Text(row_++, 0, report_.title(), bold_);
     for (const std::string& line : report_.lines()) Text(row_++, 0, line, nullptr);
     ++row_;
+    SetHeight([this](std::size_t c) { return report_.columns()[c].caption; }, kBold);
     for (std::size_t c = 0; c < formats_.size(); ++c) {
-      Text(row_, Column(c), report_.columns()[c].caption, heading_);
+      const ReportColumn& column = report_.columns()[c];
+      lxw_format* heading = NewFormat(Format::kText, true);
+      format_set_text_wrap(heading);
+      format_set_bottom(heading, LXW_BORDER_THIN);
+      format_set_align(heading, LXW_ALIGN_VERTICAL_TOP);
+      if (column.alignment == Alignment::kRight) format_set_align(heading, LXW_ALIGN_RIGHT);
+      Text(row_, Column(c), column.caption, heading);
     }
     worksheet_repeat_rows(sheet_, row_, row_);
     ++row_;
@@ -105,6 +142,8 @@ class Writer {
         Text(row_, 0, report_.CaptionOf(band), bold_);
         break;
       case Band::Kind::kDetail:
+        SetHeight([&](std::size_t c) { return IsNumeric(formats_[c]) ? "" : report_.TextOf(band, c); },
+                  kPlain);
         for (std::size_t c = 0; c < formats_.size(); ++c) Cell(band, c);
         break;
       case Band::Kind::kGroupTotal:
@@ -127,6 +166,19 @@ class Writer {
     return made;
   }
 
+  /// Some programs do not fit a row's height to wrapped texts by themselves. `letters`: to a digit's width.
+  void SetHeight(const std::function<std::string(std::size_t)>& text_of, double letters) {
+    constexpr double kLine = 15;  // points
+    std::size_t lines = 1;
+    for (std::size_t c = 0; c < widths_.size(); ++c) {
+      const std::string text = text_of(c);
+      const auto room = static_cast<std::size_t>(static_cast<double>(widths_[c]) * letters);
+      if (text.size() > room) lines = std::max(lines, LinesIn(text, room));
+    }
+    if (lines > 1)
+      worksheet_set_row(sheet_, row_, std::min(static_cast<double>(lines) * kLine, 400.0), nullptr);
+  }
+
   void Text(lxw_row_t row, lxw_col_t column, const std::string& text, lxw_format* format) {
     const std::string fitting(platform::Utf8Prefix(text, kLongestText));
     worksheet_write_string(sheet_, row, column, fitting.c_str(), format);
@@ -144,7 +196,7 @@ class Writer {
       return;
     }
     const std::string text = report_.TextOf(band, c);
-    if (!text.empty()) Text(row_, Column(c), text, text.size() > kWidest ? wrapped_ : nullptr);
+    if (!text.empty()) Text(row_, Column(c), text, text.size() >= kWidest ? wrapped_ : plain_[c]);
   }
 
   /// SUBTOTAL leaves the sums of inner groups out of the outer ones'.
@@ -169,9 +221,10 @@ class Writer {
   bool landscape_;
   lxw_workbook* book_;
   lxw_worksheet* sheet_;
-  lxw_format *bold_, *heading_, *wrapped_;
+  lxw_format *bold_, *wrapped_;
   std::vector<Format> formats_;
   std::vector<lxw_format*> plain_, sums_;
+  std::vector<std::size_t> widths_;  ///< of the columns, in characters
   lxw_row_t row_ = 0;
   std::vector<lxw_row_t> first_;  ///< row in which the rows of all, then of each open group, begin
 };
