@@ -157,7 +157,7 @@ TEST_F(Lists, EveryDefinitionIsOpenedFromItsList) {
       .setPlainText("SELECT Cod_NC, Val_Fiscala/3 AS Treime FROM Intrastat");
   Click(queries, "CmdRuleaza");
   const Printed asked = Print(queries);
-  expect(asked, "INTEROGARI", "REPORT - Constructor interogari", {"Cod_NC", "Treime"});
+  expect(asked, "INTEROGARI", "REPORT - Interogare", {"Cod_NC", "Treime"});
 
   declarations::Frm_Intrastat_Lista list(context, {}, nullptr);
   EXPECT_EQ(Print(list, "CmdTiparireLista").report, "Frm_Intrastat_Lista");
