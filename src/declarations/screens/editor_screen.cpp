@@ -203,11 +203,15 @@ void Frm_INTRASTAT::FollowLines() {
   ShowState();
 }
 
+std::int64_t Frm_INTRASTAT::CurrentLine() {
+  const int row = grid()->current_row(), record_id = editor_.ColumnOf("Record_ID");
+  const bool on_line = row >= 0 && row < editor_.row_count() && record_id >= 0;
+  return on_line ? editor_.ValueAt(row, record_id).ToInteger() : 0;
+}
+
 bool Frm_INTRASTAT::Reading(const std::function<bool()>& action) {
   const int row = grid()->current_row(), column = grid()->currentIndex().column();
-  const int record_id = editor_.ColumnOf("Record_ID");
-  const bool on_line = row >= 0 && row < editor_.row_count() && record_id >= 0;
-  const std::int64_t id = on_line ? editor_.ValueAt(row, record_id).ToInteger() : 0;
+  const std::int64_t id = CurrentLine();
   const bool done = action();
   if (model_->Fits()) {
     model_->Reload();

@@ -81,6 +81,7 @@ class Frm_INTRASTAT : public ui::ListScreen {
   void AutoSave();
   /// Runs what reads the lines anew; the line and column that the user is on stay, where they still are.
   bool Reading(const std::function<bool()>& action);
+  std::int64_t CurrentLine();  ///< its Record_ID; 0 where there is none
   void FollowLines();
   /// Title, totals, number of problems, what can be done.
   void ShowState();

@@ -133,6 +133,7 @@ void Frm_INTRASTAT::ExecuteUpdate() {
 
 void Frm_INTRASTAT::ShowProvenance(bool on) {
   auto& button = *findChild<QPushButton*>(QStringLiteral("CmdProvenienta"));
+  const std::int64_t line = CurrentLine();
   if (!grid()->CommitEdit() || !editor_.ShowProvenance(on)) {
     const QSignalBlocker quiet(&button);
     button.setChecked(editor_.provenance());
@@ -141,7 +142,7 @@ void Frm_INTRASTAT::ShowProvenance(bool on) {
   const QSignalBlocker quiet(&button);
   button.setChecked(on);
   MakeModel();
-  grid()->SelectRow(0);
+  grid()->SelectRow(std::max(0, editor_.RowOf(line)));
   grid()->setFocus();
 }
 

@@ -214,6 +214,10 @@ TEST_F(EditorScreenTest, ProvenanceIsForReadingAndSortingKeepsTheLine) {
   const auto second = AddLine({{"Descriere", "a"}, {"SourceFile", "foaie.xls"}});
   Open();
   GoToCell(1, "Descriere");
+  Click("CmdProvenienta");
+  EXPECT_EQ(screen_->grid()->current_row(), 1) << "the same line, by where it came from";
+  Click("CmdProvenienta");
+  GoToCell(1, "Descriere");
   screen_->grid()->horizontalHeader()->setSortIndicator(Column("Descriere"), Qt::AscendingOrder);
   EXPECT_EQ(At(), "0 Descriere");
   EXPECT_EQ(screen_->editor().RowOf(second), 0);
@@ -225,6 +229,12 @@ TEST_F(EditorScreenTest, ProvenanceIsForReadingAndSortingKeepsTheLine) {
   Click("CmdProvenienta");
   EXPECT_TRUE(Get<QPushButton>("Cmd_Verifica").isEnabled());
   EXPECT_EQ(screen_->grid()->grid_model()->Rows(), 3);
+  EXPECT_EQ(screen_->editor().RowOf(second), 0);
+  Key(Qt::Key_F5);
+  EXPECT_EQ(screen_->editor().RowOf(second), 1) << "the order of entry is back";
+  EXPECT_EQ(At(), "1 DataReceptiei");
+  Open();
+  EXPECT_EQ(screen_->editor().RowOf(second), 1) << "and stays at the next opening";
 }
 
 TEST_F(EditorScreenTest, ADeclarationDeletedMeanwhileIsTold) {
