@@ -66,7 +66,7 @@ QTreeView* NewList(QWidget* parent) {
   list->setItemsExpandable(false);
   list->setUniformRowHeights(true);
   list->setAllColumnsShowFocus(true);
-  list->setTextElideMode(Qt::ElideRight);
+  list->setTextElideMode(Qt::ElideMiddle);  // goods codes differ at the ends of their descriptions
   list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list->header()->setSectionsClickable(false);
   list->header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -166,6 +166,28 @@ void CodeBox::SetCode(const QString& code) {
   const CodeList::Line* line = show_descriptions_ ? list_.Find(code) : nullptr;
   setCurrentIndex(-1);
   setEditText(line != nullptr ? line->description : code);
+}
+
+void CodeBox::showPopup() {
+  QComboBox::showPopup();
+  const QString typed = currentText();
+  if (typed.isEmpty()) return;
+  const auto shown = [this](const CodeList::Line& line) {
+    return show_descriptions_ ? line.description : line.code;
+  };
+  int at = -1;
+  for (int i = 0; i < static_cast<int>(list_.lines.size()); ++i) {
+    const QString text = shown(list_.lines[static_cast<std::size_t>(i)]);
+    if (at < 0 && text.startsWith(typed, Qt::CaseInsensitive)) at = i;
+    if (text == typed) {
+      at = i;
+      break;
+    }
+  }
+  if (at < 0) return;
+  const QModelIndex index = model()->index(at, modelColumn());
+  list_view_->setCurrentIndex(index);
+  list_view_->scrollTo(index, QAbstractItemView::PositionAtCenter);
 }
 
 void CodeBox::wheelEvent(QWheelEvent* event) { event->ignore(); }

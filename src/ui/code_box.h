@@ -30,6 +30,8 @@ class CodeBox : public QComboBox {
   /// Description of the code now in the field; empty where it is unknown.
   QString description() const;
 
+  void showPopup() override;  ///< at the code in the field, or the first that begins like it
+
  protected:
   /// A wheel that scrolls a screen must not change the codes that pass under it.
   void wheelEvent(QWheelEvent* event) override;

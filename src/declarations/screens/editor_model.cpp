@@ -91,6 +91,7 @@ std::vector<ui::Column> EditorModel::ColumnsOf() {
     column.format = FormatOf(from);
     column.width = WidthOf(from.field);
     column.hidden = from.hidden;
+    column.ends_tell = platform::EqualsNoCase(from.field, "Descriere_NC");
     column.editable = !from.read_only && editor_->can_edit();
     if (!column.editable) continue;
     if (from.codes != nullptr) {

@@ -50,6 +50,20 @@ TEST_F(CodeBoxTest, ACompleteCodeLeavesNothingToChoose) {
   EXPECT_TRUE(Choices().isVisible());
 }
 
+TEST_F(CodeBoxTest, TheListOpensAtItsCode) {
+  box_.SetCode("RO");
+  box_.showPopup();
+  EXPECT_EQ(box_.view()->currentIndex().row(), 2);
+  QTest::keyClick(box_.view(), Qt::Key_Up);
+  QTest::keyClick(box_.view(), Qt::Key_Return);
+  EXPECT_EQ(box_.code(), "DE");
+  box_.SetCode("A");
+  box_.showPopup();
+  EXPECT_EQ(box_.view()->currentIndex().row(), 0);
+  box_.hidePopup();
+  EXPECT_EQ(box_.code(), "A");
+}
+
 TEST_F(CodeBoxTest, KeepsWhatIsNotInTheList) {
   Type("ZZ");
   EXPECT_EQ(box_.code(), "ZZ");
