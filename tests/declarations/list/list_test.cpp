@@ -42,7 +42,11 @@ TEST_F(DeclarationListTest, DeletesOneDirectionOfAMonthAfterAYes) {
   at.prompter().ExpectQuestion(question, "RASPUNDETI", Icon::kQuestion, false);
   EXPECT_FALSE(list.Delete(RowOf("I", 1)));
   at.prompter().ExpectQuestion(question, "RASPUNDETI", Icon::kQuestion, true);
+  const std::string report = at.InSystem("Verificare\\RO123456_I_1_2026.txt");
+  at.files().CreateFolders(at.InSystem("Verificare\\"));
+  at.files().Replace(report, "probleme");
   EXPECT_TRUE(list.Delete(RowOf("I", 1)));
+  EXPECT_FALSE(at.files().Exists(report));
   EXPECT_EQ(RowOf("I", 1), -1);
   EXPECT_NE(RowOf("O", 1), -1);
   EXPECT_EQ(list.ValueAt(1, 3).ToText(), "12");  // still the newest first
@@ -65,6 +69,11 @@ TEST_F(DeclarationListTest, SearchesAndFiltersByTheColumnsType) {
   EXPECT_DOUBLE_EQ(list.total_Val_Fiscala(), 300);
   list.ShowAll();
   EXPECT_EQ(list.row_count(), 3);
+
+  test_support::AddLine(at.session, "O", 2026, 5, {{"Net", 0.1}});
+  test_support::AddLine(at.session, "O", 2026, 5, {{"Net", 0.2}});
+  EXPECT_TRUE(list.Sort());
+  EXPECT_EQ(list.Search(6, "0,3", 0), RowOf("O", 5)) << "sums have no digits that nobody typed";
 }
 
 TEST_F(DeclarationListTest, OpensAndPrintsTheSelectedOne) {
@@ -76,6 +85,9 @@ TEST_F(DeclarationListTest, OpensAndPrintsTheSelectedOne) {
   ASSERT_TRUE(company);
   EXPECT_EQ(company->Nume_Firma, "PROBA SRL");
   EXPECT_TRUE(company->XML_Detaliat);
+  at.session.common.Execute("DELETE FROM Firme");
+  at.prompter().ExpectError("Firma RO123456 nu mai este in registrul firmelor");
+  EXPECT_FALSE(list.Print(2));
   at.prompter().ExpectInfo("Apasati butonul Genereaza fisier Intrastat. Stanga Sus");
   list.Hint();
 }
