@@ -76,9 +76,10 @@ TEST_F(RatesUpdateTest, FetchesOnceADayAndTakesOnlyNewerRows) {
   EXPECT_EQ(at_.machine.errors.count(), 0);
 
   Mark(at_.files().Read(kMarker), 0);
-  EXPECT_FALSE(Update()) << "tried today already";
+  EXPECT_EQ(UpdateRates(at_.session, {}), RatesOutcome::kTriedToday);
   at_.files().Remove(kMarker);
-  EXPECT_FALSE(Update()) << "no marker, no update";
+  EXPECT_EQ(UpdateRates(at_.session, {}), RatesOutcome::kNoMarker);
+  EXPECT_FALSE(Update());
   EXPECT_EQ(requests_.size(), 1U);
 }
 
