@@ -236,6 +236,11 @@ void PageView::wheelEvent(QWheelEvent* event) {
   QAbstractScrollArea::wheelEvent(event);
 }
 
+void PageView::ForgetFound() {
+  found_page_ = -1;
+  viewport()->update();
+}
+
 PageView::Found PageView::Find(const QString& text, int direction) {
   if (text.isEmpty() || layout_ == nullptr) return Found::kNot;
   if (!layout_->complete() && finish_ && !finish_()) return Found::kNot;
@@ -267,8 +272,7 @@ PageView::Found PageView::Find(const QString& text, int direction) {
     viewport()->update();
     return round ? Found::kFromOtherEnd : Found::kFound;
   }
-  found_page_ = -1;
-  viewport()->update();
+  ForgetFound();
   return Found::kNot;
 }
 

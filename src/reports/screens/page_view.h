@@ -35,6 +35,7 @@ class PageView : public QAbstractScrollArea {
   /// be it wrapped or not; goes round at the end.
   enum class Found { kNot, kFound, kFromOtherEnd };
   Found Find(const QString& text, int direction = 1);
+  void ForgetFound();  ///< takes its mark away
 
  Q_SIGNALS:
   void PagesChanged();           ///< the current page or their number

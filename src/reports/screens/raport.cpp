@@ -259,6 +259,8 @@ void Frm_Raport::AddKeys() {
       return;
     }
     search_->hide();
+    status_->clear();
+    view_->ForgetFound();
     view_->setFocus();
   });
 }
