@@ -2,8 +2,8 @@
 // must do. Prints a Markdown table of ratios; absolute seconds are of this machine and only for orientation.
 //
 //   road_bench                       6,500 and 65,000 rows
-//   road_bench make FILE ROWS        only writes the worksheet, in a process of its own: peak memory is the
-//   road's road_bench run FILE ROWS         one measured run
+//   road_bench make FILE ROWS        only writes the worksheet, so that peak memory is the road's
+//   road_bench run FILE ROWS         one measured run
 
 #include <fmt/format.h>
 
