@@ -105,7 +105,8 @@ void ComunLink(Session& session) {
     }
     connection.catalog().CreateLink(wanted);
   } catch (const std::exception& error) {
-    session.host.prompter.Error(std::string("Eroare - Creare Link DateComune") + "\r\n" + error.what());
+    session.host.prompter.Error("Eroare - Creare Link DateComune");
+    session.host.prompter.Error(error.what());
   }
 }
 
@@ -118,10 +119,8 @@ void CompactDatabaseFile(Session& session, std::string_view path) {
       std::string(platform::FolderOf(path)) + "CompactDB\\" + std::string(platform::FileNameOf(path));
   Attempt(session, "CompactDatabaseFile", [&] { files.Remove(scratch); });
   Attempt(session, "CompactDatabaseFile", [&] { session.company.Close(); });
-  const bool compacted = Attempt(session, "CompactDatabaseFile",
-                                 [&] { store::Connection::Compact(EnvironmentOf(&session), path, scratch); });
-  // Only a copy made just now may take the file's place, never one left by an earlier run.
-  if (compacted) Attempt(session, "CompactDatabaseFile", [&] { files.Copy(scratch, path); });
+  Attempt(session, "CompactDatabaseFile",
+          [&] { store::Connection::CompactInPlace(EnvironmentOf(&session), path, scratch); });
 }
 
 void CompactOnExit(Session& session) {

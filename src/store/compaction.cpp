@@ -43,6 +43,47 @@ void MakeBeside(const std::filesystem::path& host, std::string_view windows_path
   }
 }
 
+sqlite3_file* FileOf(sqlite3* db) {
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  return file;
+}
+
+// The count of changes that the file's head keeps. Read through the database's own handle: closing another
+// one would give up the locks that this process has on the file.
+std::uint32_t ChangesOf(sqlite3_file* file) {
+  constexpr int kOffset = 24;
+  std::array<unsigned char, 4> bytes{};
+  if (file->pMethods->xRead(file, bytes.data(), bytes.size(), kOffset) != SQLITE_OK) return 0;
+  return bytes[0] << 24U | bytes[1] << 16U | bytes[2] << 8U | bytes[3];
+}
+
+// Compacts into a new file, which is checked before it is kept. Answers the count of changes that the source
+// had before.
+std::uint32_t CompactInto(Engine& engine, std::string_view source, std::string_view destination) {
+  const std::filesystem::path host = engine.ToHost(destination);
+  RequireNew(host, destination);
+  engine.Open({.kind = ConnectionRequest::Kind::kDatabase, .data_source = std::string(source)});
+  const std::uint32_t changes = ChangesOf(FileOf(engine.db()));
+  MakeBeside(host, destination, [&](const std::string& scratch) {
+    Statement vacuum(engine.db(), "VACUUM INTO ?1", source, source);
+    vacuum.Bind(1, std::string_view(scratch));
+    vacuum.Step(source, source);
+    const auto copy = OpenPlain(scratch, SQLITE_OPEN_READWRITE, destination);
+    Statement check(copy.get(), "PRAGMA integrity_check(1)", destination, destination);
+    if (!check.Step(destination, destination) || check.Text(0) != "ok") {
+      Fail(destination,
+           fmt::format("Copia compactata a fisierului {} nu este intreaga: {}", source, check.Text(0)));
+    }
+    check.Reset();
+    // VACUUM INTO does not wait for the disk; one small write with full synchronisation does.
+    const char* settle = "PRAGMA synchronous=FULL; PRAGMA user_version=1";
+    const int code = sqlite3_exec(copy.get(), settle, nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK) ThrowSqlite(copy.get(), code, destination, destination);
+  });
+  return changes;
+}
+
 }  // namespace
 
 void Connection::CreateDatabase(const Environment& environment, std::string_view windows_path) {
@@ -66,25 +107,30 @@ void Connection::CreateDatabase(const Environment& environment, std::string_view
 void Connection::Compact(const Environment& environment, std::string_view source,
                          std::string_view destination) {
   Engine engine(environment);
-  const std::filesystem::path host = engine.ToHost(destination);
-  RequireNew(host, destination);
-  engine.Open({.kind = ConnectionRequest::Kind::kDatabase, .data_source = std::string(source)});
-  MakeBeside(host, destination, [&](const std::string& scratch) {
-    Statement vacuum(engine.db(), "VACUUM INTO ?1", source, source);
-    vacuum.Bind(1, std::string_view(scratch));
-    vacuum.Step(source, source);
-    const auto copy = OpenPlain(scratch, SQLITE_OPEN_READWRITE, destination);
-    Statement check(copy.get(), "PRAGMA integrity_check(1)", destination, destination);
-    if (!check.Step(destination, destination) || check.Text(0) != "ok") {
-      Fail(destination,
-           fmt::format("Copia compactata a fisierului {} nu este intreaga: {}", source, check.Text(0)));
-    }
-    check.Reset();
-    // VACUUM INTO does not wait for the disk; one small write with full synchronisation does.
-    const char* settle = "PRAGMA synchronous=FULL; PRAGMA user_version=1";
-    const int code = sqlite3_exec(copy.get(), settle, nullptr, nullptr, nullptr);
-    if (code != SQLITE_OK) ThrowSqlite(copy.get(), code, destination, destination);
-  });
+  CompactInto(engine, source, destination);
+}
+
+void Connection::CompactInPlace(const Environment& environment, std::string_view path,
+                                std::string_view scratch) {
+  std::uint32_t changes = 0;
+  {
+    Engine engine(environment);
+    changes = CompactInto(engine, path, scratch);
+  }
+  const Engine paths(environment);
+  const auto copy = OpenPlain(Utf8(paths.ToHost(scratch)), SQLITE_OPEN_READONLY, scratch);
+  const auto target = OpenPlain(Utf8(paths.ToHost(path)), SQLITE_OPEN_READWRITE, path);
+  sqlite3_busy_timeout(target.get(), environment.busy_timeout_ms);
+  sqlite3_file* const file = FileOf(target.get());
+  sqlite3_backup* const backup = sqlite3_backup_init(target.get(), "main", copy.get(), "main");
+  if (backup == nullptr) ThrowSqlite(target.get(), sqlite3_errcode(target.get()), path, path);
+  // No page yet, but the lock that keeps everybody else out.
+  int code = sqlite3_backup_step(backup, 0);
+  const bool changed = code == SQLITE_OK && ChangesOf(file) != changes;
+  if (code == SQLITE_OK && !changed) code = sqlite3_backup_step(backup, -1);
+  const int finished = sqlite3_backup_finish(backup);
+  if (changed) Fail(path, fmt::format("Fisierul {} a fost modificat in timpul compactarii", path));
+  if (code != SQLITE_DONE) ThrowSqlite(target.get(), finished != SQLITE_OK ? finished : code, path, path);
 }
 
 }  // namespace store

@@ -191,6 +191,30 @@ TEST_F(ConnectionTest, CompactsIntoACheckedNewFile) {
   EXPECT_FALSE(std::filesystem::exists(HostPath("b.mdb.tmp")));
 }
 
+TEST_F(ConnectionTest, CompactingInPlaceLosesNothingOfOtherPrograms) {
+  auto db = CreateAndOpen("a.mdb");
+  CreateLines(db->catalog());
+  db->Begin();
+  for (int i = 0; i < 2000; ++i) db->Execute(fmt::format("INSERT INTO Linii(Cod) VALUES('{}')", i));
+  db->Commit();
+  db->Execute("DELETE FROM Linii WHERE Cod <> '7'");
+  const auto before = std::filesystem::file_size(HostPath("a.mdb"));
+
+  environment.busy_timeout_ms = 20;
+  db->Begin();
+  db->Execute("INSERT INTO Linii(Cod) VALUES('8')");
+  EXPECT_THROW(Connection::CompactInPlace(environment, Path("a.mdb"), Path("b.mdb")), Error);
+  db->Commit();
+  EXPECT_EQ(std::filesystem::file_size(HostPath("a.mdb")), before);
+  std::filesystem::remove(HostPath("b.mdb"));
+
+  // The connection of the other program goes on with the same file.
+  Connection::CompactInPlace(environment, Path("a.mdb"), Path("b.mdb"));
+  EXPECT_LT(std::filesystem::file_size(HostPath("a.mdb")), before);
+  db->Execute("INSERT INTO Linii(Cod) VALUES('9')");
+  EXPECT_EQ(OpenFile("a.mdb")->Scalar("SELECT Count(*) FROM Linii WHERE Cod IN ('7','8','9')"), Value(3));
+}
+
 TEST_F(ConnectionTest, PassingOverLeavesANote) {
   host.errors.set_folder("C:\\Date\\");
   auto db = CreateAndOpen("a.mdb");
