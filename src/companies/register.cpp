@@ -69,6 +69,12 @@ void SettleJournal(session::Session& session, const std::string& path) {
   session.host.files.Remove(journal);
 }
 
+bool CopyFailed(session::Session& session, const std::string& reason) {
+  session.host.prompter.Error(" EROARE LA COPIERE ");
+  session.host.prompter.Error(reason);
+  return false;
+}
+
 bool CopyTemplate(session::Session& session, const std::string& path) {
   const std::string source = session.settings.DataBase + "goala.mdb";
   if (!session.host.files.Exists(source)) {
@@ -78,16 +84,14 @@ bool CopyTemplate(session::Session& session, const std::string& path) {
   const std::string_view name = std::string_view(path).substr(session.settings.DataBase.size());
   if (name.find_first_of("\\/:*?\"<>|") != std::string_view::npos) {
     // The code is not checked further, but the file must stay in its folder.
-    session.host.prompter.Error(" EROARE LA COPIERE \r\nNumele " + std::string(name) +
-                                " contine semne care nu pot sta intr-un nume de fisier");
-    return false;
+    return CopyFailed(
+        session, "Numele " + std::string(name) + " contine semne care nu pot sta intr-un nume de fisier");
   }
   try {
     // A template that is no database must neither become a company nor be written over one.
     store::Connection(session::StoreEnvironment(session)).Open(store::JetString(source));
   } catch (const store::Error& error) {
-    session.host.prompter.Error(" EROARE LA COPIERE \r\n" + error.description());
-    return false;
+    return CopyFailed(session, error.description());
   }
   try {
     if (session.company.is_open() && platform::EqualsNoCase(session.company.path(), path)) {
@@ -97,8 +101,7 @@ bool CopyTemplate(session::Session& session, const std::string& path) {
     session.host.files.Copy(source, path);
     return true;
   } catch (const platform::FileError& error) {
-    session.host.prompter.Error(std::string(" EROARE LA COPIERE ") + "\r\n" + error.what());
-    return false;
+    return CopyFailed(session, error.what());
   }
 }
 
@@ -147,7 +150,11 @@ bool LeaveCodFiscal(session::Session& session, std::string& Cod_Fiscal) {
     session.host.prompter.Error("Codul fiscal trebuie sa inceapa cu RO");
     return false;
   }
-  Cod_Fiscal = platform::ReplaceAll(Cod_Fiscal, " ", "");
+  // Also the blanks that come along when a code is copied from a page: tab, no-break, figure, narrow
+  // no-break.
+  for (const char* blank : {" ", "\t", "\xC2\xA0", "\xE2\x80\x87", "\xE2\x80\xAF"}) {
+    Cod_Fiscal = platform::ReplaceAll(Cod_Fiscal, blank, "");
+  }
   return true;
 }
 
@@ -175,7 +182,11 @@ bool CreateCompany(session::Session& session, const Fields& fields) {
       if (!existed) session.host.files.Remove(path);  // nobody's file would ask to be overwritten next time
       throw;
     }
-    if (!OpenCompany(session, code, file)) return false;
+    if (!OpenCompany(session, code, file)) {
+      prompter.Error("Firma cu codul fiscal " + code +
+                     " este inregistrata, dar baza ei de date nu s-a deschis");
+      return false;
+    }
   } catch (const store::Error& error) {
     session::ShowError(session, error);
     return false;

@@ -6,6 +6,8 @@
 #include "platform/encoding.h"
 #ifdef _WIN32
 #include <windows.h>
+// Behind windows.h, which it needs.
+#include <shlobj.h>
 #endif
 
 namespace platform {
@@ -189,6 +191,16 @@ std::string_view FileNameOf(std::string_view windows_path) {
 std::string_view FolderOf(std::string_view windows_path) {
   const std::size_t slash = windows_path.rfind('\\');
   return slash == std::string_view::npos ? std::string_view() : windows_path.substr(0, slash + 1);
+}
+
+std::string CommonDataFolder() {
+#ifdef _WIN32
+  wchar_t folder[MAX_PATH];
+  if (SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder) == S_OK) {
+    return ToUtf8(fs::path(folder));
+  }
+#endif
+  return "C:\\ProgramData";
 }
 
 }  // namespace platform

@@ -44,4 +44,8 @@ std::string_view FileNameOf(std::string_view windows_path);
 /// The part up to and including the last "\" (empty where there is none).
 std::string_view FolderOf(std::string_view windows_path);
 
+/// The folder for what programs share among the users of the machine, without a backslash at its end:
+/// "C:\ProgramData", on Windows wherever it lies there.
+std::string CommonDataFolder();
+
 }  // namespace platform

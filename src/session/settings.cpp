@@ -26,13 +26,13 @@ std::string Joined(std::string_view section, std::string_view key) {
   return path;
 }
 
-/// Shows the general text, and the host's reason on a second line where there is one.
+/// Shows the general text, then the host's reason where there is one.
 void ShowFailure(platform::Host& host, std::string_view text, std::string_view section, std::string_view key,
                  std::string_view value, std::string_view reason) {
   std::string message(text);
   message.append(section).append(key).append(value);
-  if (!reason.empty()) message.append("\r\n").append(reason);
   host.prompter.Error(message);
+  if (!reason.empty()) host.prompter.Error(reason);
 }
 
 void Save(platform::Host& host, std::string_view file, const std::string& before,
@@ -50,7 +50,7 @@ std::string SpaceBehind(std::string_view section) {
 
 }  // namespace
 
-std::string SettingsPath() { return "C:\\ProgramData\\Declarix\\Settings.xml"; }
+std::string SettingsPath() { return platform::CommonDataFolder() + "\\Declarix\\Settings.xml"; }
 
 std::string ReadSetting(platform::Host& host, std::string_view file, std::string_view section,
                         std::string_view key) {

@@ -22,7 +22,14 @@ class Confirmation {
                             &Confirmation::CheckFolders, &Confirmation::Write}) {
       if (!(this->*step)()) return failed_;
     }
+    const std::string before = session_->settings.DataBase;
     session_->ReadSettingsAgain();
+    // The register that is open lies in the old folder: companies of one folder must not come into the
+    // register of another.
+    if (session_->common.is_open() && !platform::EqualsNoCase(before, session_->settings.DataBase)) {
+      session_->settings.DataBase = before;
+      prompter().Info("Noul folder al bazelor de date va fi folosit de la urmatoarea pornire a programului");
+    }
     return std::nullopt;
   }
 
@@ -55,7 +62,7 @@ class Confirmation {
     for (const char* name :
          {"Zecimale_ZecRotCalcule", "Zecimale_ZecRotLEI", "Zecimale_ZecRotValuta", "Zecimale_NrZecTaxare"}) {
       const SettingsControl* control = Find(name);
-      if (control == nullptr || store::ParseNumber(control->value)) continue;
+      if (control == nullptr || IsCountOfDecimals(control->value)) continue;
       prompter().Error(std::string(name) + " - NU ESTE NUMAR");
       return Fail(name);
     }
@@ -88,6 +95,12 @@ class Confirmation {
       prompter().Info("Directorul de salvare a fost set la :" + output->value);
     }
     return true;
+  }
+
+  // What the field of the settings record can hold; anything else would be stored and then passed over.
+  static bool IsCountOfDecimals(const std::string& text) {
+    const std::optional<double> number = store::ParseNumber(text);
+    return number && *number >= 0 && *number <= 255;
   }
 
   void ShowMissing(const std::string& folder) { prompter().Error("Nu exista directorul: " + folder); }

@@ -9,8 +9,9 @@
 #include "ui/text.h"
 
 #ifdef _WIN32
-#include <mapi.h>
 #include <windows.h>
+// Behind windows.h, which it needs.
+#include <mapi.h>
 #endif
 
 namespace ui {
@@ -20,7 +21,8 @@ bool MailWithAttachment(const QString& host_path) {
   // Simple MAPI is what every Windows mail program answers to; the library is there even without one.
   const HMODULE library = LoadLibraryW(L"mapi32.dll");
   if (library == nullptr) return false;
-  const auto send = reinterpret_cast<LPMAPISENDMAIL>(GetProcAddress(library, "MAPISendMail"));
+  const auto send =
+      reinterpret_cast<LPMAPISENDMAIL>(reinterpret_cast<void*>(GetProcAddress(library, "MAPISendMail")));
   bool sent = false;
   if (send != nullptr) {
     std::string path = QFile::encodeName(QDir::toNativeSeparators(host_path)).toStdString();

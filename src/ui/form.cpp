@@ -331,6 +331,14 @@ companies::Fields Form::Collect() const {
   return fields;
 }
 
+void Form::LimitTexts(const store::Recordset& columns) {
+  for (int i = 0; i < columns.field_count(); ++i) {
+    const store::FieldInfo& column = columns.field(i);
+    if (column.type != store::ColumnType::kText || column.size <= 0) continue;
+    if (auto* text = findChild<QLineEdit*>(Q(column.name))) text->setMaxLength(column.size);
+  }
+}
+
 void Form::Fill(const companies::Fields& fields) {
   for (QWidget* field : fields_) {
     const std::string name = Utf8(field->objectName());

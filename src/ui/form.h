@@ -79,6 +79,8 @@ class Form : public Screen {
   std::vector<std::string> BoundNames() const;
   companies::Fields Collect() const;
   void Fill(const companies::Fields& fields);
+  /// Lets no text become longer than the column of its name takes.
+  void LimitTexts(const store::Recordset& columns);
   QString Text(const QString& name) const;  ///< of any field; ticks "1" or "0"
   void SetText(const QString& name, const QString& text);
 

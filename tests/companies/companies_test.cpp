@@ -110,10 +110,12 @@ TEST_F(CompaniesTest, RequiredFieldsAndRefusalsChangeNothing) {
   EXPECT_EQ(test_.files.Read("C:\\Date\\RO1.mdb"), "someone's data");
 
   test_.files.refuses = [](std::string_view) { return true; };
-  test_.prompter.ExpectStarting(" EROARE LA COPIERE \r\n", "EROARE", Icon::kCritical);
+  test_.prompter.ExpectError(" EROARE LA COPIERE ");
+  test_.prompter.ExpectStarting("", "EROARE", Icon::kCritical);  // the reason
   EXPECT_FALSE(CreateCompany(session_, Filled("RO2", "A")));
   test_.files.refuses = nullptr;
-  test_.prompter.ExpectStarting(" EROARE LA COPIERE \r\n", "EROARE", Icon::kCritical);
+  test_.prompter.ExpectError(" EROARE LA COPIERE ");
+  test_.prompter.ExpectStarting("", "EROARE", Icon::kCritical);  // the reason
   EXPECT_FALSE(CreateCompany(session_, Filled("RO\\..\\..\\2", "A")));
 
   test_.prompter.ExpectStarting("Sursa Eroare:", "EROARE", Icon::kCritical);

@@ -112,16 +112,15 @@ TEST_F(SettingsTest, ValuesTakeTheFilesEncoding) {
 }
 
 TEST_F(SettingsTest, FailuresAreShownAndLeaveTheFile) {
-  test_.prompter.ExpectStarting(
-      "Eroare la creare setari: /Settings/Declarix/LipsaCheieValoare\r\nLipseste elementul ", "EROARE",
-      platform::Icon::kCritical);
+  test_.prompter.ExpectError("Eroare la creare setari: /Settings/Declarix/LipsaCheieValoare");
+  test_.prompter.ExpectStarting("Lipseste elementul ", "EROARE", platform::Icon::kCritical);
   EXPECT_FALSE(CreateSetting(host_, kFile, "/Settings/Declarix/Lipsa/", "Cheie", "Valoare", false));
-  test_.prompter.ExpectStarting("Eroare la creare setari: /Settings/Declarixnu e nume1\r\n", "EROARE",
-                                platform::Icon::kCritical);
+  test_.prompter.ExpectError("Eroare la creare setari: /Settings/Declarixnu e nume1");
+  test_.prompter.ExpectError("numele nu este valid");
   EXPECT_FALSE(CreateSetting(host_, kFile, kSectionRoot, "nu e nume", "1", false));
   test_.files.refuses = [](std::string_view) { return true; };
+  test_.prompter.ExpectError("Eroare la actualizare setari: /Settings/Declarix/Setari/Culori/Meniu_Color7");
   test_.prompter.ExpectError(
-      "Eroare la actualizare setari: /Settings/Declarix/Setari/Culori/Meniu_Color7\r\n"
       "Nu se poate scrie fisierul : C:\\ProgramData\\Declarix\\Settings.xml (nu mai este loc pe disc)");
   EXPECT_FALSE(UpdateSetting(host_, kFile, kSectionCulori, "Meniu_Color", "7", false));
   EXPECT_EQ(Content(), kBare);

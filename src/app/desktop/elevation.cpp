@@ -1,8 +1,9 @@
 #include "app/desktop/elevation.h"
 
 #ifdef _WIN32
-#include <shellapi.h>
 #include <windows.h>
+// Behind windows.h, which it needs.
+#include <shellapi.h>
 
 #include <QString>
 #endif

@@ -194,6 +194,9 @@ void MainWindow::BuildPage() {
   layout->addLayout(row);
   layout->addStretch(1);
 
+  publisher_ = DarkLabel({}, 1.0, QFont::DemiBold, page);
+  publisher_->setObjectName(QStringLiteral("LblEditor"));
+  layout->addWidget(publisher_);
   phone_ = DarkLabel({}, 1.0, QFont::Normal, page);
   phone_->setObjectName(QStringLiteral("LblTelefon"));
   phone_->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -212,6 +215,8 @@ void MainWindow::Refresh() {
   setWindowTitle(QStringLiteral("Declarix - ") + Q(session.current.Nume_Firma));
   company_->setText(Q(session.current.Nume_Firma));
   code_->setText(QStringLiteral("Cod de inregistrare fiscala ") + Q(session.current.Cod_Fiscal));
+  publisher_->setText(Q(session.publisher.NumeFirma));
+  publisher_->setVisible(!session.publisher.NumeFirma.empty());
   phone_->setText(QStringLiteral("Telefon : ") + Q(session.publisher.Telefon));
   phone_->setVisible(!session.publisher.Telefon.empty());
   const QString address = Q(session.publisher.Email);

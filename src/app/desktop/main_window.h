@@ -42,6 +42,7 @@ class MainWindow : public QMainWindow {
   std::map<std::string_view, QAction*> actions_;
   QLabel* company_ = nullptr;
   QLabel* code_ = nullptr;
+  QLabel* publisher_ = nullptr;
   QLabel* phone_ = nullptr;
   QLabel* email_ = nullptr;
   std::vector<std::pair<QPushButton*, std::string_view>> buttons_;  ///< with the keys that they run

@@ -46,7 +46,7 @@ Splash::Splash(session::Session& session, const std::string& program_folder)
   // The settings are read after the splash is shown, so the address is looked at when clicked.
   connect(link, &QLabel::linkActivated, this, [&session] {
     if (!session.settings.www.empty()) {
-      QDesktopServices::openUrl(QUrl(ui::Q(session.settings.www), QUrl::TolerantMode));
+      QDesktopServices::openUrl(QUrl::fromUserInput(ui::Q(session.settings.www)));
     }
   });
   bottom->addWidget(link);

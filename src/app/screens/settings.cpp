@@ -101,11 +101,11 @@ void Frm_Setari::AddFolder(const QString& name, const QString& label, const QStr
 
 void Frm_Setari::Browse(const QString& name) {
   const platform::Drives& drives = session().host.files.drives();
-  const QString begin = QString::fromStdString(drives.ToHost(Utf8(Text(name))).string());
+  const QString begin = QString::fromStdU16String(drives.ToHost(Utf8(Text(name))).u16string());
   FocusField(name);
   const QString chosen = QFileDialog::getExistingDirectory(this, QStringLiteral("Alegeti folderul"), begin);
   if (chosen.isEmpty()) return;
-  SetText(name, Q(platform::WithBackslash(drives.FromHost(Utf8(chosen)))));
+  SetText(name, Q(platform::WithBackslash(drives.FromHost(std::filesystem::path(chosen.toStdU16String())))));
 }
 
 void Frm_Setari::Confirm() {

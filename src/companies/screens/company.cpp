@@ -50,6 +50,7 @@ Frm_Firma::Frm_Firma(ui::Context& screen_context, QWidget* parent)
   SetButtons(creating_ ? QStringLiteral("Crea&za Firma >>>") : QStringLiteral("&OK - Retine datele"),
              [this] { Confirm(); });
 
+  Try([this] { LimitTexts(session().common.Query("SELECT * FROM Firme WHERE 1=0")); });
   if (creating_) {
     Fill(NewCompany());
     connect(code, &QLineEdit::textEdited, code, [code](const QString& typed) {

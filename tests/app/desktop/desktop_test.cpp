@@ -137,6 +137,7 @@ TEST(Desktop, ASecondInstanceIsRefusedUntilTheFirstEnds) {
 
 struct OpenDesktop {
   OpenDesktop() {
+    at.session.publisher.NumeFirma = "Editura de probe";
     at.session.publisher.Telefon = "0264 000 000";
     at.session.publisher.Email = "ajutor@declarix.example";
     desktop.OpenScreen(app::Screen::kMainWindow);
@@ -200,6 +201,7 @@ TEST(MainWindow, TheSearchBoxLeadsToADeclaredLine) {
 TEST(MainWindow, ShowsCompanyAndPublisher) {
   OpenDesktop open;
   EXPECT_EQ(open.window().windowTitle(), "Declarix - PROBA SRL");
+  EXPECT_EQ(ScreenFixture::Get<QLabel>(open.window(), "LblEditor").text(), "Editura de probe");
   EXPECT_EQ(ScreenFixture::Get<QLabel>(open.window(), "LblTelefon").text(), "Telefon : 0264 000 000");
   const QString email = ScreenFixture::Get<QLabel>(open.window(), "LblEmail").text();
   EXPECT_TRUE(email.startsWith("Email : "));

@@ -169,9 +169,9 @@ TEST_F(SettingsScreen, BrowsesForAFolderOnTheDrives) {
 TEST_F(SettingsScreen, StopsWhereTheFileCannotBeWritten) {
   Type("Zecimale_ZecRotLEI", "1");
   on_.at.files().refuses = [](std::string_view path) { return path.ends_with("Settings.xml"); };
-  on_.at.prompter().ExpectStarting(
-      "Eroare la actualizare setari: /Settings/Declarix/Setari/Zecimale/ZecRotLEI1", "EROARE",
-      Icon::kCritical);
+  on_.at.prompter().ExpectError(
+      "Eroare la actualizare setari: /Settings/Declarix/Setari/Zecimale/ZecRotLEI1");
+  on_.at.prompter().ExpectStarting("Nu se poate scrie fisierul", "EROARE", Icon::kCritical);
   ExpectRefused("Zecimale_ZecRotLEI");
 }
 
