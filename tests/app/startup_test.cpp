@@ -159,6 +159,7 @@ TEST_F(StartUpTest, SettingsThatCannotBeWrittenEndTheSearch) {
   at.prompter().ExpectStarting(
       "Eroare la actualizare setari: /Settings/Declarix/Setari/FileLocation/DataBase", "EROARE",
       Icon::kCritical);
+  at.prompter().ExpectStarting("Nu se poate scrie fisierul", "EROARE", Icon::kCritical);
   ExpectMissing("D:\\Vechi\\Comun.mdb");
   EXPECT_FALSE(Run());
 }
