@@ -218,6 +218,8 @@ void Frm_Macheta::AddGrids() {
   whole->setStretchFactor(1, 2);
   whole->setSizes({280, 200});
   body()->addWidget(whole, 1);
+  auto* save = new QShortcut(QKeySequence(QKeySequence::Save), this);
+  connect(save, &QShortcut::activated, this, [this] { Try([this] { Save(); }); });
   auto* next = new QShortcut(QKeySequence(Qt::Key_F6), this);
   connect(next, &QShortcut::activated, this, [this] { GoToNextPart(); });
 }
@@ -368,10 +370,8 @@ int Frm_Macheta::SampleNumber() const {
 
 void Frm_Macheta::Propose() {
   if (!row_grid_->CommitEdit()) return;
-  if (draft_.rows().empty()) {
-    ShowMessage(QStringLiteral("Salvati intai macheta cu numele si sensul ei"));
-    return;
-  }
+  if (draft_.rows().empty()) Save();  // the rows come with the first saving
+  if (draft_.rows().empty()) return;
   const int found = draft_.Propose(sample_->sample());
   rows_->Reset();
   ShowMessage(found == 0 ? QStringLiteral("Nici un cap de coloana nu seamana cu o informatie fara numar")
