@@ -2,7 +2,9 @@
 
 #include "calc/rates.h"
 #include "calc/rounding/rounding.h"
+#include "calc/rounding/typed_number.h"
 #include "platform/encoding.h"
+#include "platform/locale.h"
 
 namespace importer {
 namespace {
@@ -22,6 +24,20 @@ std::string BareCode(std::string_view text) {
     code += text[i];
   }
   return code;
+}
+
+bool TakesNumbers(store::ColumnType type) {
+  return type >= store::ColumnType::kByte && type <= store::ColumnType::kDecimal;
+}
+
+/// A text such as "1.234,50" that is a number only as people write it; nothing where the store takes the text
+/// as it is. Sheets come from other countries too, so where the user's decimal mark does not fit, the other
+/// one may.
+std::optional<double> WrittenNumber(std::string_view text) {
+  if (store::ParseNumber(text)) return std::nullopt;
+  const std::string own = platform::DecimalSeparator();
+  if (const auto number = calc::ParseTypedNumber(text, own)) return number;
+  return calc::ParseTypedNumber(text, own == "," ? "." : ",");
 }
 
 store::Value Upper(const store::Value& value) {
@@ -80,7 +96,11 @@ LineWriter::LineWriter(session::Session& session, const Inputs& inputs, store::R
       treatment = Treatment::kMoney;
     }
     if (to == curs_schimb_) treatment = Treatment::kRate;
-    copies_.push_back({from, to, treatment, lines.field(to).type == store::ColumnType::kYesNo});
+    const store::ColumnType source = sheet.field(from).type, target = lines.field(to).type;
+    const bool text =
+        source == store::ColumnType::kText || source == store::ColumnType::kMemo || !sheet.field(from).typed;
+    copies_.push_back(
+        {from, to, treatment, target == store::ColumnType::kYesNo, text && TakesNumbers(target)});
   }
 
   const session::DefaultValues& defaults = session.defaults;
@@ -121,8 +141,7 @@ void LineWriter::CopyFields() {
     }
     switch (copy.treatment) {
       case Treatment::kCopy:
-        field_ = copy.to;
-        lines_->SetFrom(copy.to, *sheet_, copy.from);
+        CopyValue(copy);
         break;
       case Treatment::kCode:
         Set(copy.to, BareCode(sheet_->Get(copy.from).ToText()));
@@ -152,9 +171,20 @@ void LineWriter::CopyUpper(const Copy& copy) {
   }
 }
 
-void LineWriter::CopyMoney(const Copy& copy, int decimals) {
+void LineWriter::CopyValue(const Copy& copy) {
   field_ = copy.to;
+  if (copy.typed_number) {
+    const store::Value value = sheet_->Get(copy.from);
+    if (const auto number = value.is_text() ? WrittenNumber(value.text()) : std::nullopt) {
+      lines_->Set(copy.to, *number);
+      return;
+    }
+  }
   lines_->SetFrom(copy.to, *sheet_, copy.from);  // a number written as text is converted here
+}
+
+void LineWriter::CopyMoney(const Copy& copy, int decimals) {
+  CopyValue(copy);
   const double stored = lines_->Get(copy.to).ToDouble();
   const double rounded = calc::RoundStored(stored, decimals);
   if (rounded != stored) lines_->Set(copy.to, rounded);

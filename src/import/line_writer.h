@@ -31,6 +31,7 @@ class LineWriter {
     int from, to;
     Treatment treatment;
     bool yes_no;
+    bool typed_number;  ///< a column of texts that goes into one of numbers
   };
   struct Preset {
     int field;
@@ -49,6 +50,7 @@ class LineWriter {
     store::Value description, unit, flag;
   };
   const TariffFields& Lookup(std::string_view code);
+  void CopyValue(const Copy& copy);
   void CopyMoney(const Copy& copy, int decimals);
   void CopyUpper(const Copy& copy);
 

@@ -146,6 +146,27 @@ TEST_F(ImportRun, TakesATemplateThatDoesNotFitForAnUnreadableSheet) {
   EXPECT_EQ(importer::Run(session(), Inputs("Goala", "O-LIVRARE")).outcome, Outcome::kRefused);
 }
 
+TEST_F(ImportRun, ReadsNumbersWrittenAsTextsTheWayPeopleWriteThem) {
+  test_support::XlsWriter book;
+  test_support::XlsWriter::Sheet& sheet = book.AddSheet("Sheet1");
+  sheet.Row(0, "'Cod|'Kg|'Buc");
+  const char* const texts[] = {"1.234,50", "12,5", "1.125", " 7 ", "4,5 kg"};
+  for (unsigned i = 0; i < std::size(texts); ++i) {
+    sheet.Row(i + 1, fmt::format("'8471300{}|'{}|'{}", i, texts[i], i == 1 ? "1 200" : "3"));
+  }
+  Save(book);
+  importer::ChangeRow(session(), "Coduri", "Cantitate", {3, "0", std::nullopt});
+  ExpectSaved(4, 5);
+  const importer::Result result = Run();
+  ASSERT_EQ(result.rejected.size(), 1u) << "a number with its unit is none";
+  EXPECT_EQ(result.rejected[0].row, 6);
+  EXPECT_EQ(at_.Get("SELECT Net FROM Intrastat WHERE Cod_NC='84713000'").ToDouble(), 1234.5);
+  EXPECT_EQ(at_.Get("SELECT Net FROM Intrastat WHERE Cod_NC='84713001'").ToDouble(), 12.5);
+  EXPECT_EQ(at_.Get("SELECT Net FROM Intrastat WHERE Cod_NC='84713002'").ToDouble(), 1.12) << "as it stands";
+  EXPECT_EQ(at_.Get("SELECT Net FROM Intrastat WHERE Cod_NC='84713003'").ToDouble(), 7);
+  EXPECT_EQ(at_.Get("SELECT Cantitate FROM Intrastat WHERE Cod_NC='84713001'").ToDouble(), 1200);
+}
+
 TEST_F(ImportRun, LeavesNothingWhenItIsStopped) {
   SaveCodes({"84713000", "94036010"});
   class StopsAfterOne : public test_support::RecordingProgress {
