@@ -204,14 +204,17 @@ const char* XmlScanner::TakeMarkup(const char* at, const char* end) {
 }
 
 const char* XmlScanner::TakeEndTag(const char* at, const char* end) {
-  const char* const name_end = EndOf(at + 2, kName);
-  const char* const close = SkipBlanks(name_end);
-  if (close >= end) return nullptr;
-  const std::string_view name = Between(at + 2, name_end);
-  if (*close != '>' || open_.empty() || std::string_view(names_).substr(open_.back()) != name) {
-    Fail("element inchis gresit");
+  const std::string_view open =
+      open_.empty() ? std::string_view() : std::string_view(names_).substr(open_.back());
+  const char* close = at + 2 + open.size();
+  if (open.empty() || close >= end || *close != '>' || std::memcmp(at + 2, open.data(), open.size()) != 0) {
+    // Not the usual way to write it.
+    const char* const name_end = EndOf(at + 2, kName);
+    close = SkipBlanks(name_end);
+    if (close >= end) return nullptr;
+    if (*close != '>' || open.empty() || open != Between(at + 2, name_end)) Fail("element inchis gresit");
   }
-  handler_->OnEnd(name);
+  handler_->OnEnd(open);
   names_.resize(open_.back());
   open_.pop_back();
   return close + 1;
