@@ -117,9 +117,9 @@ class Connection {
   /// Compacts `source` into the new file `destination` (as JRO does): the copy is checked before it is kept.
   static void Compact(const Environment& environment, std::string_view source, std::string_view destination);
   /// Compacts a file by way of the new file `scratch`, which stays. The copy's pages are written over the
-  /// file's own under its lock and with a journal: a program that has it open goes on with it, and a line that
-  /// one writes meanwhile is not lost. Throws Error where the file was written since the copy was made, is in
-  /// use for longer than the environment waits, or cannot be written; then it is as it was.
+  /// file's own under its lock and with a journal: a program that has it open goes on with it, and a line
+  /// that one writes meanwhile is not lost. Throws Error where the file was written since the copy was made,
+  /// is in use for longer than the environment waits, or cannot be written; then it is as it was.
   static void CompactInPlace(const Environment& environment, std::string_view path, std::string_view scratch);
 
   struct Impl;
