@@ -298,14 +298,16 @@ void GroupScreen::Run() {
       figures_[each.row] = std::move(each);
     }
     ShowFigures(true);
+    QString status;
     if (failed > 0) {
-      ShowStatus(QStringLiteral("Nu s-a putut calcula pe %1: randul este marcat, motivul este la Observatii")
-                     .arg(GroupsText(failed)));
+      status = QStringLiteral("Nu s-a putut calcula pe %1: randul este marcat, motivul este la Observatii")
+                   .arg(GroupsText(failed));
     } else if (!report.figures.empty()) {
       // Groups may be in several currencies, whose differences make no sum.
-      ShowStatus(QStringLiteral("Calculat pe %1; cea mai mare diferenta lasata de rotunjire: %2")
-                     .arg(GroupsText(report.figures.size()), ui::Shown(difference, ui::Format::kRate)));
+      status = QStringLiteral("Calculat pe %1; cea mai mare diferenta lasata de rotunjire: %2")
+                   .arg(GroupsText(report.figures.size()), ui::Shown(difference, ui::Format::kRate));
     }
+    if (!status.isEmpty()) ShowStatus(status);
     Q_EMIT LinesChanged();
   }
   calculation_->ShowClosing(report);
