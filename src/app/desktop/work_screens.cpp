@@ -11,7 +11,6 @@
 #include "import/screens/import_screen.h"
 #include "import/screens/template_editor.h"
 #include "import/screens/template_list.h"
-#include "reports/screens/preview.h"
 #include "store/layout/layout.h"
 #include "tariff/screens/advanced_search.h"
 #include "tariff/screens/browser.h"
@@ -57,9 +56,6 @@ void Desktop::QuickSearch(const QString& text) {
 void Desktop::OpenQueries() { tariff::OpenQueryBuilder(context_, main_window_.get()); }
 
 void Desktop::BindWorkScreens() {
-  context_.preview_list = [this](const ui::GridContent& content, QWidget* over) {
-    reports::PreviewList(context_, content, over);
-  };
   context_.open_line = [this](std::int64_t Record_ID, QWidget* over) {
     const auto opening = declarations::DeclarationList::OpeningAt(*session_, Record_ID);
     if (opening) OpenEditor(*opening, false, over);
