@@ -33,11 +33,10 @@ bool TakesNumbers(store::ColumnType type) {
 /// A text such as "1.234,50" that is a number only as people write it; nothing where the store takes the text
 /// as it is. Sheets come from other countries too, so where the user's decimal mark does not fit, the other
 /// one may.
-std::optional<double> WrittenNumber(std::string_view text) {
+std::optional<double> WrittenNumber(std::string_view text, std::string_view own_mark) {
   if (store::ParseNumber(text)) return std::nullopt;
-  const std::string own = platform::DecimalSeparator();
-  if (const auto number = calc::ParseTypedNumber(text, own)) return number;
-  return calc::ParseTypedNumber(text, own == "," ? "." : ",");
+  if (const auto number = calc::ParseTypedNumber(text, own_mark)) return number;
+  return calc::ParseTypedNumber(text, own_mark == "," ? "." : ",");
 }
 
 store::Value Upper(const store::Value& value) {
@@ -51,6 +50,7 @@ LineWriter::LineWriter(session::Session& session, const Inputs& inputs, store::R
     : session_(&session),
       sheet_(&sheet),
       lines_(&lines),
+      decimal_mark_(platform::DecimalSeparator()),
       arrivals_(inputs.tip_operatiune.starts_with('I')),
       data_receptiei_(lines.FieldIndex("DataReceptiei")),
       cod_nc_(lines.FieldIndex("Cod_NC")),
@@ -175,7 +175,7 @@ void LineWriter::CopyValue(const Copy& copy) {
   field_ = copy.to;
   if (copy.typed_number) {
     const store::Value value = sheet_->Get(copy.from);
-    if (const auto number = value.is_text() ? WrittenNumber(value.text()) : std::nullopt) {
+    if (const auto number = value.is_text() ? WrittenNumber(value.text(), decimal_mark_) : std::nullopt) {
       lines_->Set(copy.to, *number);
       return;
     }

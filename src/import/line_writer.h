@@ -57,6 +57,7 @@ class LineWriter {
   session::Session* session_;
   store::Recordset* sheet_;
   store::Recordset* lines_;
+  std::string decimal_mark_;  ///< the user's own
   bool arrivals_;
   std::vector<Copy> copies_;
   std::vector<Preset> presets_;  ///< company defaults for empty coded fields
